@@ -1,0 +1,7 @@
+#include <cfm/hierarchy.h>
+
+namespace cfm {
+
+st_maintenance_association_cfg::~st_maintenance_association_cfg() = default;
+
+}  // namespace cfm
