@@ -1,0 +1,149 @@
+// Domains, associations and endpoints: from a configuration to requests.
+#include <cfm/identifiers.h>
+#include <sepan/sepan.h>
+
+#include <array>
+#include <cstring>
+
+#include "client_impl.h"
+#include "core/hierarchy_dump.h"
+#include "core/hierarchy_requests.h"
+#include "log_points.h"
+
+namespace cfm {
+namespace {
+
+std::string InterfaceName(sepan_port_t port) {
+  std::array<char, 64> buffer{};
+  sepan_to_intfname(port, buffer.data(), buffer.size());
+  return {buffer.data(), strnlen(buffer.data(), buffer.size())};
+}
+
+}  // namespace
+
+void ClientImpl::UpdateConfig(const hierarchy& config) {
+  desired_hierarchy = config;
+  if (!InStep()) {
+    Log<log_point::kConfigDeferred>(log_category, server_pid, static_cast<int>(server_synced));
+    return;
+  }
+  Apply();
+}
+
+void ClientImpl::Apply() {
+  const std::string dump = core::HierarchyDump(desired_hierarchy, InterfaceName);
+  Log<log_point::kApplyingConfig>(log_category);
+  Log<log_point::kConfigDump>(log_category, dump.c_str());
+
+  const core::HierarchyPlan plan = core::PlanHierarchy(applied_hierarchy, desired_hierarchy);
+  ApplyDelete(plan.deletes.mds, plan.deletes.mas, plan.deletes.meps);
+  ApplyCreate(plan.creates.mds, plan.creates.mas, plan.creates.meps);
+  ApplyUpdate(plan.updates.mds, plan.updates.mas, plan.updates.meps);
+  applied_hierarchy = desired_hierarchy;
+}
+
+// Bottom up, so that nothing loses its parent before it is deleted itself.
+void ClientImpl::ApplyDelete(const core::MdSet& mds, const core::MaSet& mas,
+                             const core::MepList& meps) const {
+  for (const hierarchy_mep* const mep : meps) {
+    DeleteMep(mep->md_name, mep->ma_name, mep->cfg.mep_id);
+  }
+  for (const auto& [key, entry] : mas) {
+    const auto& [ma_name, ma] = *entry;
+    DeleteMa(ma.md_name, ma_name);
+  }
+  for (const auto& [key, entry] : mds) {
+    DeleteMd(entry->first);
+  }
+}
+
+// Top down, so that everything finds its parent.
+void ClientImpl::ApplyCreate(const core::MdSet& mds, const core::MaSet& mas,
+                             const core::MepList& meps) const {
+  for (const auto& [key, entry] : mds) {
+    const auto& [md_name, md] = *entry;
+    CreateMd(md_name, md.cfg);
+  }
+  for (const auto& [key, entry] : mas) {
+    const auto& [ma_name, ma] = *entry;
+    CreateMa(ma.md_name, ma_name, ma.cfg);
+  }
+  for (const hierarchy_mep* const mep : meps) {
+    CreateMep(mep->md_name, mep->ma_name, mep->cfg);
+  }
+}
+
+void ClientImpl::ApplyUpdate(const core::MdSet& mds, const core::MaSet& mas,
+                             const core::MepList& meps) const {
+  for (const auto& [key, entry] : mds) {
+    const auto& [md_name, md] = *entry;
+    UpdateMd(md_name, md.cfg.sender_id, md.cfg.mhf_creation);
+  }
+  for (const auto& [key, entry] : mas) {
+    const auto& [ma_name, ma] = *entry;
+    UpdateMa(ma.md_name, ma_name, ma.cfg.ccm_interval, ma.cfg.sender_id, ma.cfg.mhf_creation,
+             ma.cfg.mep_ids, ma.cfg.ais);
+  }
+  for (const hierarchy_mep* const mep : meps) {
+    const st_maintenance_endpoint_cfg& cfg = mep->cfg;
+    UpdateMep(mep->md_name, mep->ma_name, cfg.mep_id, cfg.primary_vid, cfg.inner_vid,
+              cfg.admin_state, cfg.ccm_enabled, cfg.ccm_priority, cfg.lowest_prio_defect,
+              cfg.fng_alarm_time, cfg.fng_reset_time, cfg.fault_action, cfg.aux_flag);
+  }
+}
+
+void ClientImpl::CreateMd(const std::string& md_name, const st_maintenance_domain_cfg& cfg) const {
+  Send(CFM_MGR_C2S_SIG_MD_CREATE, core::CreateMd(md_name, cfg));
+}
+
+void ClientImpl::UpdateMd(const std::string& md_name, SenderIdTlvContent sender_id,
+                          MhfCreationMode mhf_creation) const {
+  Send(CFM_MGR_C2S_SIG_MD_UPDATE, core::UpdateMd(md_name, sender_id, mhf_creation));
+}
+
+void ClientImpl::DeleteMd(const std::string& md_name) const {
+  Send(CFM_MGR_C2S_SIG_MD_DELETE, core::DeleteMd(md_name));
+}
+
+void ClientImpl::CreateMa(const std::string& md_name, const std::string& ma_name,
+                          const st_maintenance_association_cfg& cfg) const {
+  Send(CFM_MGR_C2S_SIG_MA_CREATE, core::CreateMa(md_name, ma_name, cfg));
+}
+
+void ClientImpl::UpdateMa(const std::string& md_name, const std::string& ma_name,
+                          CcmInterval ccm_interval, SenderIdTlvContent sender_id,
+                          MhfCreationMode mhf_creation, const std::set<std::uint16_t>& mep_ids,
+                          st_ais_cfg ais) const {
+  Send(CFM_MGR_C2S_SIG_MA_UPDATE,
+       core::UpdateMa(md_name, ma_name, ccm_interval, sender_id, mhf_creation, mep_ids, ais));
+}
+
+void ClientImpl::DeleteMa(const std::string& md_name, const std::string& ma_name) const {
+  Send(CFM_MGR_C2S_SIG_MA_DELETE, core::DeleteMa(md_name, ma_name));
+}
+
+void ClientImpl::CreateMep(const std::string& md_name, const std::string& ma_name,
+                           const st_maintenance_endpoint_cfg& cfg) const {
+  std::uint32_t ifindex = 0;
+  sepan_to_ifindex(cfg.port, &ifindex);
+  Send(CFM_MGR_C2S_SIG_MEP_CREATE, core::CreateMep(md_name, ma_name, cfg, ifindex));
+}
+
+void ClientImpl::UpdateMep(const std::string& md_name, const std::string& ma_name,
+                           std::uint16_t mep_id, std::uint16_t primary_vid, std::uint16_t inner_vid,
+                           bool admin_state, bool ccm_enabled, std::uint8_t ccm_priority,
+                           Defects lowest_prio_defect, std::uint16_t fng_alarm_time,
+                           std::uint16_t fng_reset_time, FaultAction fault_action,
+                           bool aux_flag) const {
+  Send(CFM_MGR_C2S_SIG_MEP_UPDATE,
+       core::UpdateMep(md_name, ma_name, mep_id, primary_vid, inner_vid, admin_state, ccm_enabled,
+                       ccm_priority, lowest_prio_defect, fng_alarm_time, fng_reset_time,
+                       fault_action, aux_flag));
+}
+
+void ClientImpl::DeleteMep(const std::string& md_name, const std::string& ma_name,
+                           std::uint16_t mep_id) const {
+  Send(CFM_MGR_C2S_SIG_MEP_DELETE, core::DeleteMep(md_name, ma_name, mep_id));
+}
+
+}  // namespace cfm
