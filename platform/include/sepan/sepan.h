@@ -17,6 +17,9 @@
 extern "C" {
 #endif
 
+/* The client library finds the host's definitions only if they are visible outside. */
+#pragma GCC visibility push(default)
+
 /** The host's handle of a network interface. Opaque to the client library. */
 typedef uint32_t sepan_port_t;
 
@@ -54,6 +57,8 @@ int sepan_to_intfname(sepan_port_t port, char* buffer, size_t size);
  *         for one
  */
 sepan_interface_t sepan_from_ifindex(uint32_t ifindex);
+
+#pragma GCC visibility pop
 
 #ifdef __cplusplus
 }

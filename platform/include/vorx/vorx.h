@@ -20,6 +20,9 @@
 extern "C" {
 #endif
 
+/* The client library finds the host's definitions only if they are visible outside. */
+#pragma GCC visibility push(default)
+
 /** A process's connection to the middleware. */
 typedef struct vorx vorx_t;
 
@@ -130,6 +133,8 @@ void vorx_print_backtrace(void);
  * @param text      description, zero-terminated, possibly empty
  */
 void vorx_gen_fault(int kind, const char* function, const char* file, int line, const char* text);
+
+#pragma GCC visibility pop
 
 #ifdef __cplusplus
 }
