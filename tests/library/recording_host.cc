@@ -168,6 +168,10 @@ void vorx_event_deregister(vorx_eventreg_t** registration) {
 int vorx_sig_send(vorx_t*, const vorx_pid_t* destination, const vorx_sig_descriptor* signal,
                   const void* data, unsigned int length) {
   const std::string name = cfm_test::NameOf(signal);
+  if (const auto& on_send = RecordingHost::Current().on_send; on_send) {
+    on_send(name, data == nullptr ? "" : std::string(static_cast<const char*>(data), length));
+    return -1;
+  }
   std::string entry = "send " + std::to_string(*destination) + " " + name;
   if (data == nullptr && length == 0) {
     entry += " no payload";

@@ -59,6 +59,7 @@ class RecordingHost {
   bool dump_level_enabled = true;
   std::function<bool(const std::string& name)> registration_works = [](auto&) { return true; };
   std::function<void()> on_subscribe = [] {};
+  std::function<void(const std::string& signal, const std::string& payload)> on_send;
   std::map<sepan_port_t, std::string> interfaces = {{1, "eth1"}, {2, "eth2"}};
 
   // For the C functions that the library calls.
