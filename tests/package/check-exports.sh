@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# The client library exports its public API and nothing else.
+#
+# usage: check-exports.sh LIBRARY EXPECTED-SYMBOLS
+set -euo pipefail
+
+nm --dynamic --defined-only --format=posix "$1" | awk '$2 != "A" {print $1}' | sed 's/@.*//' |
+  c++filt | LC_ALL=C sort -u | diff --unified "$2" -

@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Builds and installs the two libraries alone, then builds and runs an outside program against the
+# installed tree, found once with find_package and once with pkg-config.
+#
+# usage: check-package.sh SOURCE-DIR SCRATCH-DIR
+set -euo pipefail
+
+source_dir=$1
+scratch=$2
+consumer=$source_dir/tests/package/consumer
+prefix=$scratch/prefix
+
+rm -rf "$scratch"
+mkdir -p "$scratch"
+
+cmake -S "$source_dir" -B "$scratch/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+  -DCMAKE_INSTALL_PREFIX="$prefix" -DCFM_BUILD_TESTING=OFF -DCFM_BUILD_DEVHOST=OFF
+cmake --build "$scratch/build"
+cmake --install "$scratch/build"
+
+# Whatever the program uses has to come from the moved tree, not from where it was built.
+moved=$scratch/moved
+mv "$prefix" "$moved"
+rm -rf "$scratch/build"
+library_dir=$(dirname "$(find "$moved" -name 'libcfm_mgr_client.so.1')")
+
+cmake -S "$consumer" -B "$scratch/found" -G Ninja -DCMAKE_PREFIX_PATH="$moved"
+cmake --build "$scratch/found"
+LD_LIBRARY_PATH=$library_dir "$scratch/found/consumer"
+
+export PKG_CONFIG_PATH=$library_dir/pkgconfig
+read -r -a cflags < <(pkg-config --cflags libcfm_mgr_client libcfm_mgr_client_server_pb)
+read -r -a libs < <(pkg-config --libs libcfm_mgr_client libcfm_mgr_client_server_pb)
+cc "${cflags[@]}" -c "$consumer/host.c" -o "$scratch/host.o"
+c++ -std=c++17 "${cflags[@]}" "$consumer/consumer.cc" "$scratch/host.o" "${libs[@]}" -lzlog \
+  -Wl,-rpath-link,"$library_dir" -o "$scratch/consumer"
+LD_LIBRARY_PATH=$library_dir "$scratch/consumer"
+
+test -f "$moved/share/cfm_mgr_client/proto/cfm/client_server.proto"
