@@ -3,17 +3,45 @@
  * How a process joins the development host's messaging, and services it.
  *
  * The development host carries vorx over a D-Bus message bus. A handle is one
- * connection to the bus under one process name; its process identifier is the
- * number that the bus gave the connection, so that a restarted process always
- * comes back under a new one.
+ * connection to the bus under one process name; its process identifier comes from
+ * the number that the bus gave the connection, so that a restarted process always
+ * comes back under a new one. One process may open several handles under
+ * different names.
  *
- * A handle belongs to one thread at a time: open, use, service and close it from
- * there. Callbacks run inside vorx_dispatch() or vorx_run() and nowhere else. A
- * callback may send, publish, register, deregister, subscribe, unsubscribe and
- * stop; it must not close the handle, nor dispatch it again.
+ * First steps: fill a vorx_options_t, call vorx_open(), register and subscribe,
+ * then call vorx_run(); or fit vorx_fd(), vorx_poll_events(), vorx_poll_timeout()
+ * and vorx_dispatch() into an event loop of your own.
+ *
+ * Threads. A handle belongs to one thread at a time: open, use, service and close
+ * it from there. Callbacks run inside vorx_dispatch() or vorx_run() and nowhere
+ * else. A callback may send, publish, register, deregister, subscribe, unsubscribe
+ * and stop; it must not close the handle (which is refused), nor dispatch it again
+ * (-EBUSY).
+ *
+ * Sending. vorx_sig_send() and vorx_event_publish() put the message into the
+ * handle's outgoing queue and write as much of it as the bus takes at once; the
+ * rest goes out while the handle is serviced. While that queue is full they wait,
+ * and read incoming messages ahead meanwhile (up to 64 MiB) without delivering
+ * them, so that two processes that flood each other both get ahead. When the queue
+ * has not moved for options.send_timeout_ms they give up with -ETIMEDOUT, and
+ * until it moves again further calls return -ETIMEDOUT at once. A message that was
+ * refused is not sent later. One message carries at most 64 MiB, or what the bus
+ * is configured for if that is less. vorx_sig_send() returns -ESRCH for a process
+ * that does not exist, as far as that is known yet.
+ *
+ * Loss. What this process cannot deliver is said on standard error: signals that
+ * the bus returns (their receiver has gone, or its queue at the bus is full),
+ * signals that nothing here is registered for, and messages that were lost on the
+ * way here. The latter are noticed when the next signal of that process, or its
+ * next event of that descriptor, arrives. The bus makes a fast sender wait for a
+ * slow receiver as long as its limit max_incoming_bytes does not exceed its
+ * max_outgoing_bytes divided by the number of processes that send to one receiver;
+ * with other limits it drops, and this is how one learns of it.
  *
  * All functions that return an int return 0 (or the number stated) on success
  * and a negative errno value on failure; vorx_last_error() says it in words.
+ * Messages of this library on standard error begin with "vorx" and the name of
+ * the process; those that would repeat come the 1st, 10th, 100th, ... time.
  */
 #ifndef VORX_HOST_H
 #define VORX_HOST_H
@@ -28,7 +56,10 @@ extern "C" {
 
 /** How to open a handle. Zero-initialise it, then set what differs. */
 typedef struct {
-  /** Name under which other processes find this one; required. Letters, digits, '-' and '_'. */
+  /**
+   * Name under which other processes find this one; required. Up to 200
+   * letters, digits, '-' and '_', the first one no digit.
+   */
   const char* name;
   /**
    * Address of the bus, as D-Bus writes addresses. Null takes the environment's
@@ -41,6 +72,13 @@ typedef struct {
    * development host.
    */
   const char* log_config;
+  /** How long a send waits for a full outgoing queue to move, in milliseconds. 0 takes 10000. */
+  unsigned int send_timeout_ms;
+  /**
+   * How many bytes the outgoing queue takes. 0 takes 8 MiB. A larger message still
+   * passes, alone.
+   */
+  size_t max_queued_bytes;
 } vorx_options_t;
 
 /**
@@ -55,8 +93,10 @@ typedef struct {
 int vorx_open(const vorx_options_t* options, vorx_t** handle);
 
 /**
- * Sends what is still queued, leaves the bus and frees the handle. Registrations
- * and subscriptions that are still open end with it. Null is left alone.
+ * Sends what is still queued, for as long as the bus takes it within
+ * options.send_timeout_ms, leaves the bus and frees the handle. Registrations and
+ * subscriptions that are still open end with it; to end one of them again later
+ * does no harm. Null is left alone.
  */
 void vorx_close(vorx_t* handle);
 
@@ -75,8 +115,9 @@ const char* vorx_name(const vorx_t* handle);
 const char* vorx_last_error(const vorx_t* handle);
 
 /**
- * The file descriptor to wait on. Ask for the events and the time-out anew before
- * every wait: both change as messages come and go.
+ * The file descriptor to wait on. It stays the same, and open, until vorx_close().
+ * Ask for the events and the time-out anew before every wait: both change as
+ * messages come and go.
  */
 int vorx_fd(const vorx_t* handle);
 
@@ -90,11 +131,14 @@ int vorx_poll_events(vorx_t* handle);
 int vorx_poll_timeout(vorx_t* handle);
 
 /**
- * Reads, writes and delivers whatever is ready, and returns without waiting.
+ * Reads, writes and delivers what is ready, and returns without waiting. One call
+ * delivers a limited number of messages, so that a busy handle does not keep the
+ * event loop from its other work; when more is ready, vorx_fd() or
+ * vorx_poll_timeout() says so. What a C++ callback throws passes through.
  *
- * @return 0, or a negative error number: -ENOTCONN or -ECONNRESET once the bus has
- *         gone away, after which only vorx_close() makes sense. All watched
- *         processes have been reported lost by then.
+ * @return 0, or a negative error number: -ENOTCONN once the bus has gone away,
+ *         after which only vorx_close() makes sense. All that had arrived has been
+ *         delivered and all watched processes have been reported lost by then.
  */
 int vorx_dispatch(vorx_t* handle);
 
@@ -107,8 +151,10 @@ int vorx_dispatch(vorx_t* handle);
 int vorx_run(vorx_t* handle);
 
 /**
- * Makes vorx_run() return @p status (0 or positive). May be called from a callback,
- * from a signal handler, and from another thread.
+ * Makes vorx_run() return @p status (0 or positive): after the callback that is
+ * running, or at once when it is called next. What has arrived but is not delivered
+ * yet waits. May be called from a callback, from a signal handler, and from another
+ * thread.
  */
 void vorx_stop(vorx_t* handle, int status);
 
@@ -119,7 +165,7 @@ void vorx_stop(vorx_t* handle, int status);
  *
  * @param data  the bytes to carry, copied before the call returns; may be null when
  *              @p length is 0
- * @return 0, or a negative error number
+ * @return 0, or a negative error number; see above for -ETIMEDOUT
  */
 int vorx_event_publish(vorx_t* handle, const vorx_event_descriptor*, const void* data,
                        unsigned int length);

@@ -1,0 +1,104 @@
+#include <cxxabi.h>
+#include <elfutils/libdwfl.h>
+#include <execinfo.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "export.h"
+
+namespace {
+
+constexpr int kMaxFrames = 128;
+
+struct DwflEnd {
+  void operator()(Dwfl* dwfl) const { dwfl_end(dwfl); }
+};
+struct Free {
+  void operator()(char* text) const { std::free(text); }  // NOLINT(cppcoreguidelines-no-malloc)
+};
+
+/**
+ * Only what the loaded files hold themselves: a search for separate debug files may ask the
+ * network, and a process that is about to end must not wait for that.
+ */
+int FindNoSeparateDebugFile(Dwfl_Module*, void**, const char*, Dwarf_Addr, const char*, const char*,
+                            GElf_Word, char**) {
+  return -1;
+}
+
+/** The symbols of all files that are mapped into this process. Null when they cannot be read. */
+std::unique_ptr<Dwfl, DwflEnd> OpenSymbols() {
+  static const Dwfl_Callbacks callbacks = {dwfl_linux_proc_find_elf, FindNoSeparateDebugFile,
+                                           nullptr, nullptr};
+  std::unique_ptr<Dwfl, DwflEnd> dwfl(dwfl_begin(&callbacks));
+  if (dwfl == nullptr || dwfl_linux_proc_report(dwfl.get(), getpid()) != 0 ||
+      dwfl_report_end(dwfl.get(), nullptr, nullptr) != 0) {
+    return nullptr;
+  }
+  return dwfl;
+}
+
+std::string Demangled(const char* symbol) {
+  int status = 0;
+  const std::unique_ptr<char, Free> name(abi::__cxa_demangle(symbol, nullptr, nullptr, &status));
+  return status == 0 ? name.get() : symbol;
+}
+
+std::string Hex(std::uintptr_t value) {
+  std::string digits;
+  for (; value != 0; value >>= 4U) {
+    digits.insert(digits.begin(), "0123456789abcdef"[value & 0xfU]);
+  }
+  return "0x" + digits;
+}
+
+/** "function at file:line" as far as it is known, else the file that holds the address. */
+std::string Describe(Dwfl* dwfl, std::uintptr_t address) {
+  Dwfl_Module* const module = dwfl_addrmodule(dwfl, address);
+  if (module == nullptr) {
+    return "??";
+  }
+  const char* const symbol = dwfl_module_addrname(module, address);
+  std::string text = symbol == nullptr ? "??" : Demangled(symbol);
+  int line = 0;
+  Dwfl_Line* const source = dwfl_module_getsrc(module, address);
+  const char* const file = source == nullptr
+                               ? nullptr
+                               : dwfl_lineinfo(source, nullptr, &line, nullptr, nullptr, nullptr);
+  if (file != nullptr) {
+    return text + " at " + file + ':' + std::to_string(line);
+  }
+  const char* const object =
+      dwfl_module_info(module, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+  return object == nullptr ? text : text + " in " + object;
+}
+
+}  // namespace
+
+VORX_EXPORT void vorx_print_backtrace(void) {
+  std::array<void*, kMaxFrames> frames{};
+  const int count = backtrace(frames.data(), kMaxFrames);
+  devhost::Guarded(0, [&] {
+    const auto symbols = OpenSymbols();
+    if (symbols == nullptr) {
+      devhost::WriteToStderr("vorx backtrace\n");
+      backtrace_symbols_fd(frames.data(), count, STDERR_FILENO);
+      return 0;
+    }
+    std::string text = "vorx backtrace\n";
+    // The first frame is this function.
+    for (int i = 1; i < count; ++i) {
+      const auto address = reinterpret_cast<std::uintptr_t>(frames.at(static_cast<std::size_t>(i)));
+      // A return address may already belong to the next line or function; the call is before it.
+      text += "  #" + std::to_string(i - 1) + "  " + Hex(address) + "  " +
+              devhost::Printable(Describe(symbols.get(), address - 1)) + '\n';
+    }
+    devhost::WriteToStderr(text);
+    return 0;
+  });
+}
