@@ -1,0 +1,40 @@
+#ifndef CFM_MGR_ENVIRONMENT_H
+#define CFM_MGR_ENVIRONMENT_H
+
+#include <vorx/vorx.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace cfm_mgr {
+
+/** A network interface as the kernel reports it. */
+struct Interface {
+  bool present = false;
+  bool up = false;  ///< Up and running.
+  std::array<std::uint8_t, 6> mac{};
+};
+
+/** What the server asks of the process that it runs in. */
+class Environment {
+ public:
+  virtual ~Environment() = default;
+
+  /** Sends one signal to one client. Returns why it could not, or nothing. */
+  virtual std::string Send(vorx_pid_t client, const vorx_sig_descriptor& signal,
+                           const std::string& payload) = 0;
+
+  /** Publishes one event to all clients. Failures are the environment's to report. */
+  virtual void Publish(const vorx_event_descriptor& event, const std::string& payload) = 0;
+
+  /** Writes one line to the log. */
+  virtual void Log(const std::string& line) = 0;
+
+  /** The interface of this index; one that is not present if there is none. */
+  virtual Interface FindInterface(std::uint32_t ifindex) = 0;
+};
+
+}  // namespace cfm_mgr
+
+#endif

@@ -1,0 +1,72 @@
+/**
+ * @file
+ * Publishes what becomes of endpoints.
+ *
+ * A removal is published when it happens. Everything new waits until Flush(), so that a burst of
+ * requests which first adds an endpoint and then names its neighbours is reported once, as it
+ * ended. A remote MEP is reported removed if it had been reported, or could have been by an
+ * earlier run of the server.
+ */
+#ifndef CFM_MGR_REPORTER_H
+#define CFM_MGR_REPORTER_H
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "environment.h"
+#include "model.h"
+#include "store.h"
+
+namespace cfm_mgr {
+
+class Reporter {
+ public:
+  /** Takes everything in the tree as reported by an earlier run. */
+  Reporter(const Tree& tree, Environment& environment);
+
+  /** Takes note of one request's outcome, and publishes what it removed. */
+  void Note(const Outcome& outcome);
+
+  /** Publishes the status of what is new or changed, and the removal of remote MEPs. */
+  void Flush();
+
+  /** How many endpoints PublishAll() reported. */
+  struct Published {
+    std::size_t local = 0;
+    std::size_t remote = 0;
+  };
+
+  /** Publishes the status of every local and remote MEP. */
+  Published PublishAll();
+
+ private:
+  /** What has been reported of an association: each of the remotes at each of the locals. */
+  struct View {
+    std::set<std::uint32_t> locals;
+    std::vector<std::uint32_t> remotes;
+  };
+
+  static View ViewOf(const Association& association);
+
+  void Remove(const MepKey& key);
+  void PublishLocal(const MepKey& key, const Mep& mep);
+  void PublishRemotes(const MepKey& key, const Mep& mep, const std::vector<std::uint32_t>& remotes);
+  void PublishRemotesRemoved(const MepKey& key, const std::vector<std::uint32_t>& remotes);
+  void Update(const MaKey& key, const std::set<std::uint32_t>& reset_meps);
+
+  const Tree& tree_;
+  Environment& environment_;
+  std::map<MaKey, View> reported_;
+  /** The associations that Flush() is to look at, each with its endpoints of new settings. */
+  std::map<MaKey, std::set<std::uint32_t>> touched_;
+  /** The interfaces looked up since the last Flush(). */
+  std::unordered_map<std::uint32_t, Interface> interfaces_;
+};
+
+}  // namespace cfm_mgr
+
+#endif

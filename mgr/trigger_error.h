@@ -1,0 +1,20 @@
+#ifndef CFM_MGR_TRIGGER_ERROR_H
+#define CFM_MGR_TRIGGER_ERROR_H
+
+#include <cstdint>
+
+namespace cfm_mgr {
+
+/**
+ * Why the server refuses a test: the `error_code` of the three trigger errors. The numbers are
+ * part of what clients rely on; 0 is never sent.
+ */
+enum class TriggerError : std::uint32_t {
+  UnknownMep = 1,        ///< The server holds no such local MEP.
+  UnknownRemoteMep = 2,  ///< The association's MEP list holds no such other MEP.
+  NotSupported = 3,      ///< The server does not run this test.
+};
+
+}  // namespace cfm_mgr
+
+#endif

@@ -1,0 +1,42 @@
+#ifndef CFM_TESTS_MGR_SERVER_FIXTURE_H
+#define CFM_TESTS_MGR_SERVER_FIXTURE_H
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+#include "recording_environment.h"
+#include "server.h"
+
+namespace cfm_mgr_test {
+
+/** The entry of the dispatch table for a signal. */
+inline const cfm_mgr::Server::Request& RequestOf(const vorx_sig_descriptor* signal) {
+  for (const auto& request : cfm_mgr::Server::Requests()) {
+    if (request.signal == signal) return request;
+  }
+  throw std::out_of_range("no such request");
+}
+
+/** A server without a bus, asked by client 7. */
+class ServerTest : public testing::Test {
+ protected:
+  static constexpr vorx_pid_t kClient = 7;
+
+  void SendBytes(const vorx_sig_descriptor* signal, std::string_view payload) {
+    server_.Handle(RequestOf(signal), kClient, payload);
+  }
+
+  template <class Message>
+  void Send(const vorx_sig_descriptor* signal, const Message& message) {
+    SendBytes(signal, message.SerializeAsString());
+  }
+
+  RecordingEnvironment environment_;
+  cfm_mgr::Server server_{cfm_mgr::Store(), environment_};
+};
+
+}  // namespace cfm_mgr_test
+
+#endif
