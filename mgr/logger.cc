@@ -1,0 +1,47 @@
+#include "logger.h"
+
+#include <unistd.h>
+#include <zlog.h>
+
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <string_view>
+
+namespace cfm_mgr {
+namespace {
+
+constexpr int kTraceLevel = 10;
+
+/** Local time as `2024-05-31 10:00:00.123`. */
+std::string Now() {
+  using std::chrono::milliseconds;
+  using std::chrono::system_clock;
+  const auto now = system_clock::now();
+  const std::time_t seconds = system_clock::to_time_t(now);
+  const auto since = std::chrono::duration_cast<milliseconds>(now.time_since_epoch());
+  std::tm time{};
+  localtime_r(&seconds, &time);
+  char date[32];
+  char text[40];
+  std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", &time);
+  std::snprintf(text, sizeof text, "%s.%03d", date, static_cast<int>(since.count() % 1000));
+  return text;
+}
+
+}  // namespace
+
+void Logger::Write(const std::string& line) const {
+  if (category_ == nullptr) {
+    // In one piece, so that lines of other writers do not come in between.
+    const std::string text = Now() + " " + line + "\n";
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    return;
+  }
+  constexpr std::string_view kFile = "logger.cc";
+  constexpr std::string_view kFunction = "Write";
+  zlog(category_, kFile.data(), kFile.size(), kFunction.data(), kFunction.size(), __LINE__,
+       kTraceLevel, "%s", line.c_str());
+}
+
+}  // namespace cfm_mgr

@@ -1,0 +1,38 @@
+#include "options.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+
+namespace cfm_mgr {
+
+Options ParseOptions(int argc, char** argv) {
+  Options options;
+  CLI::App app(
+      "CFM Manager: keeps the CFM configuration that clients send.\n"
+      "SIGUSR1 prints it on standard output, SIGTERM and SIGINT end the server.");
+  app.set_version_flag("--version", CFM_MGR_VERSION);
+  app.add_option("--bus", options.bus, "Address of the message bus")->type_name("ADDRESS");
+  app.add_option("--log-config", options.log_config,
+                 "Log as this zlog configuration says, not to standard error")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile);
+  auto* store = app.add_option("--store", options.store, "Keep the configuration in this file too")
+                    ->type_name("FILE");
+  auto* query = app.add_flag("--query", options.query,
+                             "Print the configuration of the server that runs, and exit");
+  app.add_option("--timeout", options.timeout, "How long a query waits for the server")
+      ->type_name("SECONDS")
+      ->check(CLI::PositiveNumber)
+      ->capture_default_str()
+      ->needs(query);
+  store->excludes(query);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    constexpr int kUsageError = 2;
+    std::exit(app.exit(error) == 0 ? 0 : kUsageError);  // NOLINT(concurrency-mt-unsafe)
+  }
+  return options;
+}
+
+}  // namespace cfm_mgr

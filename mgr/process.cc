@@ -1,0 +1,87 @@
+#include "process.h"
+
+#include <cfm/identifiers.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+#include "render.h"
+
+namespace cfm_mgr {
+namespace {
+
+Logger OpenLog(const Handle& handle, const Options& options) {
+  if (options.log_config.empty()) return Logger();
+  zlog_category_t* category = vorx_trace_init(handle.get(), CFM_MGR_PROCESS);
+  if (category == nullptr) throw Failure("cannot set up logging: " + LastError(handle));
+  return Logger(category);
+}
+
+}  // namespace
+
+Process::Process(const Options& options)
+    : handle_(Join(CFM_MGR_PROCESS, options)),
+      logger_(OpenLog(handle_, options)),
+      environment_(handle_, logger_),
+      keeper_(options.store, logger_),
+      server_(keeper_.Load(), environment_) {
+  // A reader of the tree that goes away is no reason to end.
+  std::signal(SIGPIPE, SIG_IGN);
+  for (const Server::Request& request : Server::Requests()) {
+    entries_.push_back({&server_, &request});
+    Register(handle_, *request.signal, Receive, &entries_.back());
+  }
+  logger_.Write("serving as " + std::string(CFM_MGR_PROCESS) + ", process " +
+                std::to_string(vorx_self(handle_.get())) + ": " + RenderSize(server_.tree()));
+}
+
+void Process::Run() {
+  try {
+    while (HandleSignals()) Turn();
+  } catch (const Failure&) {
+    Finish();
+    throw;
+  }
+  Finish();
+  logger_.Write("ended");
+}
+
+void Process::Receive(vorx_t* /*handle*/, void* user, const vorx_pid_t* sender, void* data,
+                      unsigned int length) {
+  const Entry& entry = *static_cast<const Entry*>(user);
+  entry.server->Handle(*entry.request, *sender, {static_cast<const char*>(data), length});
+}
+
+bool Process::HandleSignals() const {
+  while (const int signal = signals_.Take()) {
+    if (signal != SIGUSR1) return false;
+    // A blank line tells where the tree ends.
+    const std::string text = Render(server_.tree()) + "\n";
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+  }
+  return true;
+}
+
+void Process::Turn() {
+  using Clock = SaveSchedule::Clock;
+  constexpr std::chrono::milliseconds kLongestRound{100};
+  const bool idle = !Wait(handle_, Clock::now(), signals_.fd());
+  if (idle || Clock::now() - round_start_ > kLongestRound) {
+    server_.EndRound();
+    keeper_.SaveIfDue(server_.tree());
+    round_start_ = Clock::now();
+    Wait(handle_, keeper_.due(), signals_.fd());
+  }
+  Dispatch(handle_);
+  if (server_.TakeChanged()) keeper_.Change();
+}
+
+void Process::Finish() {
+  server_.EndRound();
+  keeper_.Finish(server_.tree());
+}
+
+}  // namespace cfm_mgr

@@ -1,0 +1,66 @@
+#ifndef CFM_MGR_PROCESS_H
+#define CFM_MGR_PROCESS_H
+
+#include <deque>
+#include <optional>
+#include <string_view>
+
+#include "bus.h"
+#include "host_environment.h"
+#include "logger.h"
+#include "options.h"
+#include "server.h"
+#include "signal_queue.h"
+#include "store_keeper.h"
+
+namespace cfm_mgr {
+
+/** The server with its bus, its store file and its event loop. */
+class Process {
+ public:
+  /**
+   * Joins the bus and loads the store.
+   *
+   * @throws std::exception with a text for the user, when the server cannot start
+   */
+  explicit Process(const Options& options);
+
+  /**
+   * Serves until SIGTERM or SIGINT.
+   *
+   * @throws std::exception with a text for the user, when the bus goes away or the last changes
+   *         could not be saved
+   */
+  void Run();
+
+ private:
+  /** What a signal's callback needs to know. */
+  struct Entry {
+    Server* server;
+    const Server::Request* request;
+  };
+
+  static void Receive(vorx_t* handle, void* user, const vorx_pid_t* sender, void* data,
+                      unsigned int length);
+
+  /** Does what the signals to this process ask for; false when it is to end. */
+  bool HandleSignals() const;
+
+  /** Delivers what has come. Reports and saves as soon as nothing more comes, or now and then. */
+  void Turn();
+
+  void Finish();
+
+  SignalQueue signals_;
+  Handle handle_;
+  Logger logger_;
+  HostEnvironment environment_;
+  StoreKeeper keeper_;
+  Server server_;
+  std::deque<Entry> entries_;
+  SaveSchedule::Clock::time_point round_start_ = SaveSchedule::Clock::now();
+};
+
+}  // namespace cfm_mgr
+
+#endif
