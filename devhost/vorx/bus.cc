@@ -55,12 +55,11 @@ int Bus::Open(const std::string& address, SendLimits limits) {
   return result;
 }
 
-void Bus::Close() {
+bool Bus::Drain() {
   auto deadline = Clock::now() + limits_.timeout;
   std::size_t left = outbox_.size();
   while (connected_ && (!outbox_.empty() || connection_.IsWriting()) && Clock::now() < deadline) {
-    inbox_.clear();
-    inbox_bytes_ = 0;
+    DropIncoming();
     Pump(Until(deadline));
     if (outbox_.size() < left) {
       left = outbox_.size();
@@ -70,10 +69,7 @@ void Bus::Close() {
   if (connected_ && !outbox_.empty()) {
     diagnostics_.Say("closed with " + std::to_string(outbox_.size()) + " messages not sent");
   }
-  connected_ = false;
-  outbox_.clear();
-  inbox_.clear();
-  connection_.Close();
+  return connected_ && outbox_.empty() && !connection_.IsWriting();
 }
 
 int Bus::Events() const { return connected_ ? connection_.Events() : -ENOTCONN; }
@@ -81,6 +77,9 @@ int Bus::Events() const { return connected_ ? connection_.Events() : -ENOTCONN; 
 int Bus::TimeoutMs() const { return inbox_.empty() ? connection_.TimeoutMs() : 0; }
 
 int Bus::Send(MessagePtr message, std::size_t bytes) {
+  if (bytes > kMaxPayload) {
+    return -EMSGSIZE;
+  }
   const std::size_t weight = bytes + kMessageOverhead;
   const int result = WaitForRoom(weight);
   return result < 0 ? result : Enqueue({std::move(message), weight, nullptr, false});
@@ -92,12 +91,16 @@ int Bus::Call(MessagePtr call, ReplyHandler handler) {
 }
 
 int Bus::CallAndWait(MessagePtr call, MessagePtr& reply) {
+  return CallAndWait(std::move(call), reply, kCallTimeout);
+}
+
+int Bus::CallAndWait(MessagePtr call, MessagePtr& reply, milliseconds limit) {
   if (call == nullptr) {
     return -EINVAL;
   }
   // Shared with the handler, which may outlive this call when the reply comes too late.
   const auto received = std::make_shared<MessagePtr>();
-  const auto deadline = Clock::now() + kCallTimeout;
+  const auto deadline = Clock::now() + limit;
   int result =
       Enqueue({std::move(call), kMessageOverhead,
                [received](sd_bus_message* m) { received->reset(sd_bus_message_ref(m)); }, true});
@@ -238,6 +241,11 @@ bool Bus::Next(Incoming& incoming) {
 void Bus::PushIncoming(Incoming incoming) {
   inbox_bytes_ += WeightOf(incoming);
   inbox_.push_back(std::move(incoming));
+}
+
+void Bus::DropIncoming() {
+  inbox_.clear();
+  inbox_bytes_ = 0;
 }
 
 void Bus::Accept(MessagePtr message) {

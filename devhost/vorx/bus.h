@@ -46,8 +46,8 @@ class Bus {
   Bus(Peers& peers, Diagnostics& diagnostics) : peers_(peers), diagnostics_(diagnostics) {}
 
   int Open(const std::string& address, SendLimits limits);
-  /** Writes what is queued, as long as that goes ahead, and disconnects. */
-  void Close();
+  /** Writes what is queued, as long as that goes ahead. Whether all of it is written. */
+  bool Drain();
 
   /** False once the bus went away. */
   bool IsConnected() const { return connected_; }
@@ -66,6 +66,7 @@ class Bus {
   int Call(MessagePtr call, ReplyHandler handler);
   /** Waits for the reply of a call, without delivering anything. */
   int CallAndWait(MessagePtr call, MessagePtr& reply);
+  int CallAndWait(MessagePtr call, MessagePtr& reply, milliseconds limit);
 
   /** Takes the next thing to deliver, reading if there is none yet. Never waits. */
   bool Next(Incoming& incoming);
@@ -103,6 +104,7 @@ class Bus {
   void AcceptCall(sd_bus_message* message);
   void ReportBounce(sd_bus_message* message, std::uint64_t cookie);
   void PushIncoming(Incoming incoming);
+  void DropIncoming();
 
   Peers& peers_;
   Diagnostics& diagnostics_;

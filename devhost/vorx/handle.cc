@@ -53,7 +53,9 @@ vorx::vorx(devhost::Options options)
 
 vorx::~vorx() {
   devhost::Registry::Instance().RemoveHandle(this);
-  bus_.Close();
+  if (bus_.Drain()) {
+    LeaveName();
+  }
   if (wake_up_fd_ >= 0) {
     close(wake_up_fd_);
   }
@@ -126,6 +128,14 @@ int vorx::TakeName() {
     return -EEXIST;
   }
   return 0;
+}
+
+/** Once this has returned, the next process of the name finds it free. */
+void vorx::LeaveName() {
+  const std::string name = devhost::BusNameOf(options_.name);
+  MessagePtr reply;
+  bus_.CallAndWait(MakeBusCall(bus_.raw(), "ReleaseName", name.c_str()), reply,
+                   options_.limits.timeout);
 }
 
 int vorx::Dispatch() {

@@ -50,6 +50,7 @@ struct vorx {
  private:
   int JoinBus();
   int TakeName();
+  void LeaveName();
   int WatchPresence();
   int Deliver(bool until_stopped);
   void Handle(devhost::Incoming& incoming);

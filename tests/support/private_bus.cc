@@ -66,6 +66,7 @@ PrivateBus::PrivateBus(const std::map<std::string, std::int64_t>& limits)
 
 void PrivateBus::Restart() {
   std::filesystem::remove(directory_.File("bus"));
+  std::filesystem::remove(directory_.File("ready"));
   Start();
 }
 
