@@ -1,0 +1,32 @@
+// The agent's command line.
+#ifndef CFM_AGENT_SHELL_OPTIONS_H
+#define CFM_AGENT_SHELL_OPTIONS_H
+
+#include <string>
+#include <variant>
+
+namespace cfm_agent {
+
+// What the process's exit status says.
+enum class ExitStatus : int {
+  Success = 0,
+  BadConfig = 1,       // the configuration file has mistakes or cannot be read
+  BadCommandLine = 2,  // the command line makes no sense
+  BusFailed = 3,       // the bus cannot be joined, or has gone away
+  SystemFailed = 4,    // the operating system refuses something the agent cannot do without
+};
+
+struct Options {
+  std::string config;
+  std::string bus;         // empty: the environment's
+  std::string log_config;  // empty: the environment's, or else the host's
+  std::string name = "cfm-agent";
+  bool check = false;
+};
+
+// The options, or the status to exit with at once: help or a complaint has been printed.
+std::variant<Options, ExitStatus> ParseCommandLine(int argc, const char* const* argv);
+
+}  // namespace cfm_agent
+
+#endif
