@@ -19,6 +19,9 @@ struct Interface {
 /** What the server asks of the process that it runs in. */
 class Environment {
  public:
+  Environment() = default;
+  Environment(const Environment&) = delete;
+  Environment& operator=(const Environment&) = delete;
   virtual ~Environment() = default;
 
   /** Sends one signal to one client. Returns why it could not, or nothing. */

@@ -123,7 +123,7 @@ std::string FaultOf(const Field& field, std::int32_t value) {
 
 std::string FaultOf(const Field& field, const std::vector<std::uint32_t>& values) {
   for (const std::uint32_t value : values) {
-    const std::string fault = FaultOf(field, value);
+    std::string fault = FaultOf(field, value);
     if (!fault.empty()) return fault;
   }
   return {};

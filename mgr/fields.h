@@ -28,7 +28,7 @@ struct Choice {
 class Choices {
  public:
   template <std::size_t Size>
-  constexpr explicit Choices(const Choice (&choices)[Size]) : Choices(choices, Size) {}
+  constexpr explicit Choices(const Choice (&choices)[Size]) : first_(choices), count_(Size) {}
   constexpr Choices(const Choice* first, std::size_t count) : first_(first), count_(count) {}
 
   constexpr const Choice* begin() const { return first_; }
@@ -59,7 +59,7 @@ inline constexpr std::uint32_t kMaxVid = 4094;
 
 /** The name of a setting and the values it may take. */
 struct Field {
-  const char* name;
+  const char* name = "";
   std::uint32_t min = 0;
   std::uint32_t max = std::numeric_limits<std::uint32_t>::max();
   const Choices* choices = nullptr;  ///< Set for enumerated settings, which have no range.

@@ -1,11 +1,12 @@
 #include "logger.h"
 
-#include <unistd.h>
 #include <zlog.h>
 
 #include <chrono>
-#include <cstdio>
 #include <ctime>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
 #include <string_view>
 
 namespace cfm_mgr {
@@ -22,11 +23,10 @@ std::string Now() {
   const auto since = std::chrono::duration_cast<milliseconds>(now.time_since_epoch());
   std::tm time{};
   localtime_r(&seconds, &time);
-  char date[32];
-  char text[40];
-  std::strftime(date, sizeof date, "%Y-%m-%d %H:%M:%S", &time);
-  std::snprintf(text, sizeof text, "%s.%03d", date, static_cast<int>(since.count() % 1000));
-  return text;
+  std::ostringstream text;
+  text << std::put_time(&time, "%Y-%m-%d %H:%M:%S.") << std::setw(3) << std::setfill('0')
+       << since.count() % 1000;
+  return text.str();
 }
 
 }  // namespace
@@ -34,8 +34,7 @@ std::string Now() {
 void Logger::Write(const std::string& line) const {
   if (category_ == nullptr) {
     // In one piece, so that lines of other writers do not come in between.
-    const std::string text = Now() + " " + line + "\n";
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::cerr << Now() + " " + line + "\n";
     return;
   }
   constexpr std::string_view kFile = "logger.cc";

@@ -1,6 +1,7 @@
-#include <cstdio>
 #include <exception>
+#include <iostream>
 
+#include "bus.h"
 #include "options.h"
 #include "process.h"
 #include "query.h"
@@ -9,12 +10,13 @@ int main(int argc, char** argv) {
   const cfm_mgr::Options options = cfm_mgr::ParseOptions(argc, argv);
   try {
     if (options.query) {
-      std::fputs(cfm_mgr::Query(options).c_str(), stdout);
+      std::cout << cfm_mgr::Query(options) << std::flush;
+      if (!std::cout) throw cfm_mgr::Failure("cannot write to standard output");
     } else {
       cfm_mgr::Process(options).Run();
     }
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "cfm-mgr: %s\n", error.what());
+    std::cerr << std::string("cfm-mgr: ") + error.what() + "\n";
     return 1;
   }
   return 0;

@@ -4,7 +4,7 @@
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
+#include <iostream>
 #include <string>
 
 #include "render.h"
@@ -27,10 +27,8 @@ Process::Process(const Options& options)
       environment_(handle_, logger_),
       keeper_(options.store, logger_),
       server_(keeper_.Load(), environment_) {
-  // A reader of the tree that goes away is no reason to end.
-  std::signal(SIGPIPE, SIG_IGN);
   for (const Server::Request& request : Server::Requests()) {
-    entries_.push_back({&server_, &request});
+    entries_.push_back({this, &request});
     Register(handle_, *request.signal, Receive, &entries_.back());
   }
   logger_.Write("serving as " + std::string(CFM_MGR_PROCESS) + ", process " +
@@ -51,16 +49,17 @@ void Process::Run() {
 void Process::Receive(vorx_t* /*handle*/, void* user, const vorx_pid_t* sender, void* data,
                       unsigned int length) {
   const Entry& entry = *static_cast<const Entry*>(user);
-  entry.server->Handle(*entry.request, *sender, {static_cast<const char*>(data), length});
+  Process& process = *entry.process;
+  const std::string_view payload(static_cast<const char*>(data), length);
+  if (process.server_.Handle(*entry.request, *sender, payload)) process.keeper_.Change();
 }
 
 bool Process::HandleSignals() const {
   while (const int signal = signals_.Take()) {
     if (signal != SIGUSR1) return false;
     // A blank line tells where the tree ends.
-    const std::string text = Render(server_.tree()) + "\n";
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);
+    std::cout.clear();
+    std::cout << Render(server_.tree()) + "\n" << std::flush;
   }
   return true;
 }
@@ -76,7 +75,6 @@ void Process::Turn() {
     Wait(handle_, keeper_.due(), signals_.fd());
   }
   Dispatch(handle_);
-  if (server_.TakeChanged()) keeper_.Change();
 }
 
 void Process::Finish() {

@@ -36,7 +36,7 @@ class Process {
  private:
   /** What a signal's callback needs to know. */
   struct Entry {
-    Server* server;
+    Process* process;
     const Server::Request* request;
   };
 

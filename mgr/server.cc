@@ -111,17 +111,15 @@ const std::vector<Server::Request>& Server::Requests() {
 Server::Server(Store store, Environment& environment)
     : store_(std::move(store)), environment_(environment), reporter_(store_.tree(), environment) {}
 
-void Server::Handle(const Request& request, vorx_pid_t client, std::string_view payload) {
+bool Server::Handle(const Request& request, vorx_pid_t client, std::string_view payload) {
   const Outcome outcome = (this->*request.run)(client, payload);
   std::string line = "client " + std::to_string(client) + ": " + request.title + ": ";
   if (!outcome.subject.empty()) line += outcome.subject + ": ";
   if (outcome.refused) line += "refused: ";
   environment_.Log(line + outcome.text);
-  changed_ = changed_ || outcome.changed;
   reporter_.Note(outcome);
+  return outcome.changed;
 }
-
-bool Server::TakeChanged() { return std::exchange(changed_, false); }
 
 template <class Message>
 Outcome Server::Configure(vorx_pid_t /*client*/, std::string_view payload) {
@@ -142,6 +140,7 @@ Outcome Server::SendStatistics(vorx_pid_t client, std::string_view /*payload*/) 
                "sent " + Plural(local, "endpoint") + ", " + Plural(remote, "remote endpoint"));
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): an entry of the table like the others
 Outcome Server::ClearStatistics(vorx_pid_t /*client*/, std::string_view payload) {
   const auto scope = Parse<client_server::OpStatsClear>(payload);
   if (!scope) return Unreadable<client_server::OpStatsClear>(payload);

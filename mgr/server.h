@@ -38,16 +38,13 @@ class Server {
   Server& operator=(const Server&) = delete;
   ~Server() = default;
 
-  /** Carries out one request and logs one line about it. */
-  void Handle(const Request& request, vorx_pid_t client, std::string_view payload);
+  /** Carries out one request and logs one line about it. Whether it changed the configuration. */
+  bool Handle(const Request& request, vorx_pid_t client, std::string_view payload);
 
   /** To be called when no request is waiting: publishes what the last ones made new. */
   void EndRound() { reporter_.Flush(); }
 
   const Tree& tree() const { return store_.tree(); }
-
-  /** Whether the configuration has changed since the last call. */
-  bool TakeChanged();
 
  private:
   template <class Message>
@@ -71,7 +68,6 @@ class Server {
   Store store_;
   Environment& environment_;
   Reporter reporter_;
-  bool changed_ = false;
 };
 
 }  // namespace cfm_mgr

@@ -15,6 +15,11 @@ int Open() {
   sigemptyset(&signals);
   for (const int signal : {SIGTERM, SIGINT, SIGUSR1}) sigaddset(&signals, signal);
   sigprocmask(SIG_BLOCK, &signals, nullptr);
+  // A reader of the output that goes away is no reason to end either.
+  sigset_t pipe;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  sigprocmask(SIG_BLOCK, &pipe, nullptr);
   return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 

@@ -69,7 +69,7 @@ Settings Updated(Settings settings, const Message& request) {
 /** The settings of a create request, if they are allowed. */
 template <class Message>
 auto Checked(const Message& request) {
-  const auto settings = FromMessage(request);
+  auto settings = FromMessage(request);
   Demand(FaultsOf(settings));
   return settings;
 }

@@ -141,7 +141,7 @@ void StoreFile::Save(const Tree& tree) const {
 /** Gives the file a name that is still free, and tells it. */
 std::string StoreFile::SetAside() const {
   for (int number = 1;; ++number) {
-    const std::string name = path_ + ".bad-" + std::to_string(number);
+    std::string name = path_ + ".bad-" + std::to_string(number);
     // Unlike a rename, a link never replaces another file.
     if (link(path_.c_str(), name.c_str()) == 0) {
       if (unlink(path_.c_str()) != 0) Fail("put aside", path_);

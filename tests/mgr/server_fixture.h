@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "recording_environment.h"
@@ -24,13 +26,14 @@ class ServerTest : public testing::Test {
  protected:
   static constexpr vorx_pid_t kClient = 7;
 
-  void SendBytes(const vorx_sig_descriptor* signal, std::string_view payload) {
-    server_.Handle(RequestOf(signal), kClient, payload);
+  /** Whether the request changed the configuration. */
+  bool SendBytes(const vorx_sig_descriptor* signal, std::string_view payload) {
+    return server_.Handle(RequestOf(signal), kClient, payload);
   }
 
   template <class Message>
-  void Send(const vorx_sig_descriptor* signal, const Message& message) {
-    SendBytes(signal, message.SerializeAsString());
+  bool Send(const vorx_sig_descriptor* signal, const Message& message) {
+    return SendBytes(signal, message.SerializeAsString());
   }
 
   RecordingEnvironment environment_;

@@ -80,14 +80,11 @@ TEST_F(ServerTest, LogsOneLineForEachRequest) {
                                    R"(no association "A1" in domain "D1")"));
 }
 
-TEST_F(ServerTest, ChangesOnlyCountWhenTheTreeChanged) {
-  EXPECT_FALSE(server_.TakeChanged());
-  Send(CFM_MGR_C2S_SIG_MD_CREATE, CreateMd("D1"));
-  Send(CFM_MGR_C2S_SIG_MD_UPDATE, UpdateMd("D1"));
-  EXPECT_TRUE(server_.TakeChanged());
-  Send(CFM_MGR_C2S_SIG_MD_UPDATE, UpdateMd("D1"));
-  Send(CFM_MGR_C2S_SIG_MD_UPDATE, UpdateMd("D2"));
-  EXPECT_FALSE(server_.TakeChanged());
+TEST_F(ServerTest, TellsWhetherARequestChangedTheTree) {
+  EXPECT_TRUE(Send(CFM_MGR_C2S_SIG_MD_CREATE, CreateMd("D1")));
+  EXPECT_FALSE(Send(CFM_MGR_C2S_SIG_MD_UPDATE, UpdateMd("D1"))) << "as it is already";
+  EXPECT_FALSE(Send(CFM_MGR_C2S_SIG_MD_UPDATE, UpdateMd("D2"))) << "refused";
+  EXPECT_TRUE(Send(CFM_MGR_C2S_SIG_MD_DELETE, DeleteMd("D1")));
 }
 
 TEST_F(ServerTest, RefusesBytesThatAreNoMessage) {
@@ -122,10 +119,9 @@ TEST_F(ServerTest, EveryTruncationIsRefusedOrAppliedAsWhatItIs) {
       // A copy of its own size, so that a sanitizer sees a read past the end.
       const std::vector<char> bytes(payload.begin(),
                                     payload.begin() + static_cast<std::ptrdiff_t>(length));
-      server.TakeChanged();
-      server.Handle(RequestOf(signal), kClient, {bytes.data(), bytes.size()});
+      const bool changed = server.Handle(RequestOf(signal), kClient, {bytes.data(), bytes.size()});
       if (environment.Line().find("refused: ") != std::string::npos) {
-        EXPECT_FALSE(server.TakeChanged());
+        EXPECT_FALSE(changed);
         EXPECT_EQ(cfm_mgr::Render(server.tree()), tree) << environment.Line();
       }
     }
