@@ -36,26 +36,51 @@ void Reporter::Note(const Outcome& outcome) {
   if (outcome.reset_mep) touched_[outcome.reset_mep->ma].insert(outcome.reset_mep->mep_id);
 }
 
+template <class IsNew>
+const Reporter::View& Reporter::Report(const MaKey& key, const Association& association,
+                                       const IsNew& is_new) {
+  View& reported = reported_[key];
+  View now = ViewOf(association);
+  const std::vector<std::uint32_t> gone = Difference(reported.remotes, now.remotes);
+  const std::vector<std::uint32_t> added = Difference(now.remotes, reported.remotes);
+  for (const auto& [mep_id, mep] : association.meps) {
+    const MepKey mep_key{key, mep_id};
+    if (reported.locals.count(mep_id) != 0) PublishRemotesRemoved(mep_key, gone);
+    if (is_new(mep_id)) {
+      PublishLocal(mep_key, mep);
+      PublishRemotes(mep_key, mep, now.remotes);
+    } else {
+      PublishRemotes(mep_key, mep, added);
+    }
+  }
+  reported = std::move(now);
+  return reported;
+}
+
 void Reporter::Flush() {
-  for (const auto& [key, reset_meps] : std::exchange(touched_, {})) Update(key, reset_meps);
+  for (const auto& [key, reset_meps] : std::exchange(touched_, {})) {
+    if (const Association* association = FindAssociation(tree_, key)) {
+      Report(key, *association,
+             [&reset = reset_meps](std::uint32_t mep_id) { return reset.count(mep_id) != 0; });
+    } else {
+      reported_.erase(key);
+    }
+  }
   interfaces_.clear();
 }
 
 Reporter::Published Reporter::PublishAll() {
-  Flush();
+  for (const auto& entry : std::exchange(touched_, {})) {
+    if (FindAssociation(tree_, entry.first) == nullptr) reported_.erase(entry.first);
+  }
   Published published;
-  ForEachAssociation(tree_,
-                     [this, &published](const std::string& md_name, const std::string& ma_name,
-                                        const Association& association) {
-                       const std::vector<std::uint32_t> remotes = RemotesOf(association);
-                       for (const auto& [mep_id, mep] : association.meps) {
-                         const MepKey key{{md_name, ma_name}, mep_id};
-                         PublishLocal(key, mep);
-                         PublishRemotes(key, mep, remotes);
-                       }
-                       published.local += association.meps.size();
-                       published.remote += association.meps.size() * remotes.size();
-                     });
+  ForEachAssociation(tree_, [this, &published](const std::string& md_name,
+                                               const std::string& ma_name,
+                                               const Association& association) {
+    const View& view = Report({md_name, ma_name}, association, [](std::uint32_t) { return true; });
+    published.local += view.locals.size();
+    published.remote += view.locals.size() * view.remotes.size();
+  });
   interfaces_.clear();
   return published;
 }
@@ -96,26 +121,6 @@ void Reporter::PublishRemotesRemoved(const MepKey& key, const std::vector<std::u
     environment_.Publish(*CFM_MGR_SRV_EVENT_REMOVED_REMOTE_MEP,
                          RemoteRemoved(key, remote).SerializeAsString());
   }
-}
-
-void Reporter::Update(const MaKey& key, const std::set<std::uint32_t>& reset_meps) {
-  const Association* association = FindAssociation(tree_, key);
-  if (association == nullptr) {
-    reported_.erase(key);
-    return;
-  }
-  View& reported = reported_[key];
-  View now = ViewOf(*association);
-  const std::vector<std::uint32_t> gone = Difference(reported.remotes, now.remotes);
-  const std::vector<std::uint32_t> added = Difference(now.remotes, reported.remotes);
-  for (const auto& [mep_id, mep] : association->meps) {
-    const MepKey mep_key{key, mep_id};
-    if (reported.locals.count(mep_id) != 0) PublishRemotesRemoved(mep_key, gone);
-    const bool reset = reset_meps.count(mep_id) != 0;
-    if (reset) PublishLocal(mep_key, mep);
-    PublishRemotes(mep_key, mep, reset ? now.remotes : added);
-  }
-  reported = std::move(now);
 }
 
 }  // namespace cfm_mgr

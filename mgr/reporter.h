@@ -56,7 +56,13 @@ class Reporter {
   void PublishLocal(const MepKey& key, const Mep& mep);
   void PublishRemotes(const MepKey& key, const Mep& mep, const std::vector<std::uint32_t>& remotes);
   void PublishRemotesRemoved(const MepKey& key, const std::vector<std::uint32_t>& remotes);
-  void Update(const MaKey& key, const std::set<std::uint32_t>& reset_meps);
+
+  /**
+   * Brings what has been reported of an association up to date: the remotes that are gone and those
+   * that were added, and everything of the endpoints that @p is_new tells by their identifiers.
+   */
+  template <class IsNew>
+  const View& Report(const MaKey& key, const Association& association, const IsNew& is_new);
 
   const Tree& tree_;
   Environment& environment_;

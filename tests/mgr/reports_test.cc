@@ -85,6 +85,15 @@ TEST_F(ReportsTest, TheStatusRequestReportsEveryEndpoint) {
                                     "remote 3 at 2", "remote 4 at 2"));
 }
 
+TEST_F(ReportsTest, TheStatusRequestReportsWhatIsNewOnceAndWhatIsGone) {
+  Events();
+  Send(CFM_MGR_C2S_SIG_MA_UPDATE, UpdateMa("D1", "A1", {1, 2, 4}));
+  Send(CFM_MGR_C2S_SIG_MEP_UPDATE, UpdateMep("D1", "A1", 2));
+  SendBytes(CFM_MGR_C2S_SIG_STATUS_GET_ALL, {});
+  EXPECT_THAT(Events(), ElementsAre("no remote 3 at 1", "local 1", "remote 4 at 1",
+                                    "no remote 3 at 2", "local 2", "remote 4 at 2"));
+}
+
 TEST_F(ReportsTest, ALocalStatusTellsTheInterfacesAddressAndState) {
   environment_.interfaces[7] = {true, true, {0x02, 0, 0, 0, 0, 0x0a}};
   server_.EndRound();
