@@ -3,8 +3,8 @@
  * The server's store: what each configuration request does to the tree.
  *
  * - A create of an entity that is there already replaces its own settings and keeps what lies
- *   beneath it: a client that lost sight of the server sends its creates again. The one
- *   exception needs no rule of its own: a probe's sessions are beneath the probe.
+ *   beneath it, a probe's sessions too: a client may send its creates again when it meets the
+ *   server again, and a probe has no other way to be changed.
  * - A delete removes what lies beneath the entity with it.
  * - An update, a delete, or a create beneath an entity that is not there is refused.
  * - A MEP identifier need not be in its association's MEP list. Clients create a new endpoint
