@@ -3,6 +3,7 @@
 #include <execinfo.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr int kMaxFrames = 128;
+using Frames = std::array<void*, kMaxFrames>;
 
 struct DwflEnd {
   void operator()(Dwfl* dwfl) const { dwfl_end(dwfl); }
@@ -78,11 +80,19 @@ std::string Describe(Dwfl* dwfl, std::uintptr_t address) {
   return object == nullptr ? text : text + " in " + object;
 }
 
+/** The place of the frame that returns to @p caller; 0 when there is none. */
+int FindFrame(const Frames& frames, int count, const void* caller) {
+  const auto* const end = frames.begin() + count;
+  const auto* const found = std::find(frames.begin(), end, caller);
+  return found == end ? 0 : static_cast<int>(found - frames.begin());
+}
+
 }  // namespace
 
 VORX_EXPORT void vorx_print_backtrace(void) {
-  std::array<void*, kMaxFrames> frames{};
+  Frames frames{};
   const int count = backtrace(frames.data(), kMaxFrames);
+  const int first = FindFrame(frames, count, __builtin_return_address(0));
   devhost::Guarded(0, [&] {
     const auto symbols = OpenSymbols();
     if (symbols == nullptr) {
@@ -91,11 +101,10 @@ VORX_EXPORT void vorx_print_backtrace(void) {
       return 0;
     }
     std::string text = "vorx backtrace\n";
-    // The first frame is this function.
-    for (int i = 1; i < count; ++i) {
+    for (int i = first; i < count; ++i) {
       const auto address = reinterpret_cast<std::uintptr_t>(frames.at(static_cast<std::size_t>(i)));
       // A return address may already belong to the next line or function; the call is before it.
-      text += "  #" + std::to_string(i - 1) + "  " + Hex(address) + "  " +
+      text += "  #" + std::to_string(i - first) + "  " + Hex(address) + "  " +
               devhost::Printable(Describe(symbols.get(), address - 1)) + '\n';
     }
     devhost::WriteToStderr(text);

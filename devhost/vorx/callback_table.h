@@ -72,16 +72,16 @@ class CallbackTable {
     return true;
   }
 
-  bool Has(const DescriptorView& descriptor) const {
+  [[nodiscard]] bool Has(const DescriptorView& descriptor) const {
     return entries_.find(descriptor) != entries_.end();
   }
 
-  /** Has @p call called with each entry of a descriptor. Whether there was any. */
+  /** Has @p call called with each entry of a descriptor. */
   template <typename Call>
-  bool ForEach(const DescriptorView& descriptor, Call call) const {
+  void ForEach(const DescriptorView& descriptor, Call call) const {
     const auto found = entries_.find(descriptor);
     if (found == entries_.end()) {
-      return false;
+      return;
     }
     const std::vector<std::shared_ptr<Entry>> entries = found->second;
     for (const auto& entry : entries) {
@@ -89,7 +89,6 @@ class CallbackTable {
         call(*entry);
       }
     }
-    return true;
   }
 
  private:

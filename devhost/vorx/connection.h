@@ -28,19 +28,19 @@ class Connection {
   int Open(const std::string& address, milliseconds limit);
   void Close();
 
-  bool IsOpen() const { return bus_ != nullptr && sd_bus_is_open(bus_) > 0; }
-  sd_bus* raw() const { return bus_; }
-  std::string UniqueName() const;
+  [[nodiscard]] bool IsOpen() const { return bus_ != nullptr && sd_bus_is_open(bus_) > 0; }
+  [[nodiscard]] sd_bus* raw() const { return bus_; }
+  [[nodiscard]] std::string UniqueName() const;
 
   /** Stays the same, and open, until this object is gone; the peer may hang up earlier. */
-  int Fd() const { return fd_; }
+  [[nodiscard]] int Fd() const { return fd_; }
   /** Poll events to wait for, or a negative error number. */
-  int Events() const;
+  [[nodiscard]] int Events() const;
   /** As poll(2) takes it. */
-  int TimeoutMs() const;
+  [[nodiscard]] int TimeoutMs() const;
 
   /** Waits until there is something to do. Whether there is. */
-  bool Wait(int events, milliseconds limit) const;
+  [[nodiscard]] bool Wait(int events, milliseconds limit) const;
 
   /**
    * Does one piece of work: writes what waits, or reads one message. Positive when it did
@@ -49,7 +49,7 @@ class Connection {
   int Step(MessagePtr& message);
 
   /** Whether a message that was posted is not fully written yet. */
-  bool IsWriting() const;
+  [[nodiscard]] bool IsWriting() const;
   /** Posts a message. To be called when nothing is being written, so that sd-bus queues nothing. */
   int Post(sd_bus_message* message, bool wants_reply);
 

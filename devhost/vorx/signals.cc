@@ -59,21 +59,22 @@ int Signals::CheckPresent(vorx_pid_t pid) {
 }
 
 void Signals::Deliver(const Packet& packet) {
-  // The callback's type asks for a pointer to bytes that may be changed. The message's own buffer
-  // is plain memory of this process.
-  auto* const data = const_cast<void*>(packet.payload.data);  // NOLINT
   const DescriptorView descriptor(packet.name, packet.number);
-  const bool wanted = table_.ForEach(descriptor, [&](const vorx_registration& registration) {
-    const vorx_pid_t sender = packet.sender;
-    registration.callback(handle_, registration.user, &sender, data,
-                          static_cast<unsigned int>(packet.payload.size));
-  });
-  if (!wanted) {
+  if (!table_.Has(descriptor)) {
     const std::string text = ToText(descriptor);
     diagnostics_.SayCounted("unwanted " + text, "signal " + text + " of process " +
                                                     std::to_string(packet.sender) +
                                                     " ignored: nothing is registered for it");
+    return;
   }
+  // The callback's type asks for a pointer to bytes that may be changed. The message's own buffer
+  // is plain memory of this process.
+  auto* const data = const_cast<void*>(packet.payload.data);  // NOLINT
+  table_.ForEach(descriptor, [&](const vorx_registration& registration) {
+    const vorx_pid_t sender = packet.sender;
+    registration.callback(handle_, registration.user, &sender, data,
+                          static_cast<unsigned int>(packet.payload.size));
+  });
 }
 
 }  // namespace devhost

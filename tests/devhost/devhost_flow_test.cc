@@ -223,11 +223,16 @@ class DroppingBus : public testing::Test {
  protected:
   static constexpr int kMany = 3000;
 
-  /** Has a mark go from the sender to itself, so that all that the sender sent is at the bus. */
+  /**
+   * Has a mark go from the sender to itself, so that all that the sender sent is at the bus. The
+   * bus may drop marks as well, while the sender has not read what came back to it.
+   */
   void Settle() {
     const SignalRecorder mark(sender_, kMark);
-    ASSERT_EQ(sender_.Send(sender_.pid(), kMark), 0);
-    ASSERT_TRUE(ServiceUntil({sender_.get()}, [&] { return mark.count() == 1; }));
+    ASSERT_TRUE(ServiceUntil({sender_.get()}, [&] {
+      sender_.Send(sender_.pid(), kMark);
+      return mark.count() > 0;
+    }));
   }
   bool ServiceReceiver(const std::function<bool()>& condition) {
     return ServiceUntil({receiver_.get()}, condition);

@@ -10,6 +10,7 @@
 #ifndef SEPAN_HOST_H
 #define SEPAN_HOST_H
 
+// C programs include this too. NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using)
 #include <sepan/sepan.h>
 
 #ifdef __cplusplus
@@ -31,4 +32,5 @@ sepan_port_t sepan_port_by_name(const char* name);
 }
 #endif
 
+// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
 #endif

@@ -46,6 +46,7 @@
 #ifndef VORX_HOST_H
 #define VORX_HOST_H
 
+// C programs include this too. NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using)
 #include <stddef.h>
 #include <stdint.h>
 #include <vorx/vorx.h>
@@ -174,4 +175,5 @@ int vorx_event_publish(vorx_t* handle, const vorx_event_descriptor*, const void*
 }
 #endif
 
+// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
 #endif
