@@ -55,7 +55,7 @@ ExitStatus Main(const Options& options) {
 
 int main(int argc, char** argv) {
   // A reader of the output that goes away must not take the agent with it.
-  std::signal(SIGPIPE, SIG_IGN);
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   const auto parsed = cfm_agent::ParseCommandLine(argc, argv);
   if (const auto* status = std::get_if<cfm_agent::ExitStatus>(&parsed)) {
     return static_cast<int>(*status);

@@ -75,10 +75,10 @@ bool IsCountryAndCarrierCode(std::string_view text) {
 // How names of one format look, and how many octets of the MAID they take.
 template <typename Format>
 struct NameRule {
-  Format format;
-  bool (*is_right)(std::string_view);
-  std::size_t max_size;
-  std::size_t fixed_octets;  // 0: as many as the text has
+  Format format{};
+  bool (*is_right)(std::string_view) = nullptr;
+  std::size_t max_size = 0;
+  std::size_t fixed_octets = 0;  // 0: as many as the text has
   std::string_view right;
 };
 

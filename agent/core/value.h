@@ -87,13 +87,13 @@ enum class Presence : std::uint8_t { Optional, Required };
 template <typename Record>
 struct Field {
   std::string_view key;
-  Presence presence;
-  void (*read)(const Value&, Record&);
+  Presence presence = Presence::Optional;
+  void (*read)(const Value&, Record&) = nullptr;
 };
 
 struct KeyRule {
   std::string_view key;
-  Presence presence;
+  Presence presence = Presence::Optional;
 };
 
 // The value of each rule's key, null where there is none; notes unknown, repeated and missing

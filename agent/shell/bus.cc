@@ -26,7 +26,7 @@ Bus::Bus(const std::string& name, const std::string& address, const std::string&
   handle_.reset(handle);
 }
 
-void Bus::Dispatch() {
+void Bus::Dispatch() const {
   if (vorx_dispatch(handle()) < 0) {
     throw BusError(std::string("the bus has gone away: ") + vorx_last_error(handle()));
   }

@@ -24,7 +24,7 @@ class Bus {
   vorx_t* handle() const { return handle_.get(); }
 
   // Reads, writes and delivers what is ready, without waiting. Throws BusError.
-  void Dispatch();
+  void Dispatch() const;
 
  private:
   struct Close {

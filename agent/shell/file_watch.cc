@@ -62,11 +62,13 @@ FileWatch::Activity FileWatch::Read() {
       at += sizeof event + event.len;
     }
   }
-  if (place_changed || Resolved() != resolved_) {
+  const std::string before = resolved_;
+  if (place_changed || Resolved() != before) {
     Renew();
-    activity = Activity::Finished;
   }
-  return activity;
+  // A file that only now comes to be still has to be written.
+  const bool led_elsewhere = resolved_ != before && (!before.empty() || IsComplete(path_));
+  return place_changed || led_elsewhere ? Activity::Finished : activity;
 }
 
 FileWatch::Activity FileWatch::Judge(int descriptor, std::uint32_t mask,

@@ -8,7 +8,7 @@
 
 namespace cfm_agent {
 
-Signals::Signals(std::initializer_list<int> signals) {
+Signals::Signals(const std::vector<int>& signals) {
   sigset_t set;
   sigemptyset(&set);
   for (const int signal : signals) {

@@ -2,7 +2,7 @@
 #ifndef CFM_AGENT_SHELL_SIGNALS_H
 #define CFM_AGENT_SHELL_SIGNALS_H
 
-#include <initializer_list>
+#include <vector>
 
 #include "shell/unique_fd.h"
 
@@ -13,7 +13,7 @@ namespace cfm_agent {
 class Signals {
  public:
   // Throws std::system_error.
-  explicit Signals(std::initializer_list<int> signals);
+  explicit Signals(const std::vector<int>& signals);
 
   int fd() const { return fd_.get(); }
   // The next signal that has come, or 0.
