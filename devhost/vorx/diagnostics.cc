@@ -56,16 +56,17 @@ void Diagnostics::Say(std::string_view text) const {
   WriteToStderr(prefix_ + Printable(text) + '\n');
 }
 
-void Diagnostics::SayCounted(const std::string& kind, std::string_view text) {
+bool Diagnostics::SayCounted(const std::string& kind, std::string_view text) {
   if (counts_.size() >= kMaxKinds && counts_.find(kind) == counts_.end()) {
     counts_.clear();
   }
   const std::uint64_t count = ++counts_[kind];
-  if (count == 1) {
-    Say(text);
-  } else if (IsPowerOfTen(count)) {
-    Say(std::string(text) + " (" + std::to_string(count) + " such so far)");
+  if (!IsPowerOfTen(count)) {
+    return false;
   }
+  Say(count == 1 ? std::string(text)
+                 : std::string(text) + " (" + std::to_string(count) + " such so far)");
+  return true;
 }
 
 }  // namespace devhost

@@ -26,9 +26,9 @@ class Diagnostics {
 
   /**
    * Says what happens again and again: the 1st, 10th, 100th, ... time of each @p kind, with the
-   * number of times so far.
+   * number of times so far. Whether it was said this time.
    */
-  void SayCounted(const std::string& kind, std::string_view text);
+  bool SayCounted(const std::string& kind, std::string_view text);
 
  private:
   std::string prefix_ = "vorx: ";

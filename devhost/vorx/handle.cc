@@ -53,6 +53,9 @@ vorx::vorx(devhost::Options options)
 
 vorx::~vorx() {
   devhost::Registry::Instance().RemoveHandle(this);
+  if (lost_ != lost_and_said_) {
+    diagnostics_.Say(std::to_string(lost_) + " messages lost in all");
+  }
   if (bus_.Drain()) {
     LeaveName();
   }
@@ -179,11 +182,8 @@ void vorx::HandlePacket(const devhost::Packet& packet) {
   const bool is_signal = packet.kind == devhost::Packet::Kind::kSignal;
   const std::uint64_t lost = is_signal ? signals_.CountLost(packet) : events_.CountLost(packet);
   if (lost > 0) {
-    const std::string kind = is_signal ? std::string("signals")
-                                       : "events " + devhost::ToText({packet.name, packet.number});
-    diagnostics_.Say(std::to_string(lost) + " " + kind + " of process " +
-                     std::to_string(packet.sender) +
-                     " were lost: this process read too slowly for the limits of the bus");
+    ReportLost(packet, lost);
+    // The bus may have dropped its own messages as well.
     presence_.Refresh();
   }
   if (is_signal) {
@@ -191,6 +191,19 @@ void vorx::HandlePacket(const devhost::Packet& packet) {
   } else {
     events_.Deliver(packet);
   }
+}
+
+void vorx::ReportLost(const devhost::Packet& next, std::uint64_t lost) {
+  lost_ += lost;
+  const std::string what = next.kind == devhost::Packet::Kind::kSignal
+                               ? std::string("signals")
+                               : "events " + devhost::ToText({next.name, next.number});
+  const std::string source = what + " of process " + std::to_string(next.sender);
+  const bool is_said = diagnostics_.SayCounted(
+      "lost " + source, std::to_string(lost) + " " + source +
+                            " were lost: this process read too slowly for the limits of the bus; " +
+                            std::to_string(lost_) + " messages lost in all");
+  lost_and_said_ = is_said ? lost_ : lost_and_said_;
 }
 
 int vorx::Run() {

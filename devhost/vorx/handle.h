@@ -4,6 +4,7 @@
 #include <vorx/host.h>
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 
 #include "bus.h"
@@ -55,6 +56,7 @@ struct vorx {
   int Deliver(bool until_stopped);
   void Handle(devhost::Incoming& incoming);
   void HandlePacket(const devhost::Packet& packet);
+  void ReportLost(const devhost::Packet& next, std::uint64_t lost);
   void WaitForWork();
   int TakeStop();
 
@@ -69,6 +71,8 @@ struct vorx {
   std::string last_error_;
   bool is_dispatching_ = false;
   bool is_loss_reported_ = false;
+  std::uint64_t lost_ = 0; /**< Messages that are known to be lost on the way here. */
+  std::uint64_t lost_and_said_ = 0;
   int wake_up_fd_ = -1;
   /** The status that the process is to stop with; negative while it is not to stop. */
   std::atomic<int> stop_status_{-1};
