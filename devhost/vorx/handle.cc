@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
+#include <thread>
 #include <utility>
 
 #include "names.h"
@@ -111,7 +113,21 @@ int vorx::WatchPresence() {
   return 0;
 }
 
+// The bus may take a moment to notice that an earlier process of the name was killed, the more so
+// while it still has messages for it.
 int vorx::TakeName() {
+  constexpr auto patience = std::chrono::seconds(3);
+  constexpr auto pause = std::chrono::milliseconds(10);
+  const auto deadline = devhost::Clock::now() + patience;
+  int result = RequestName();
+  while (result == -EEXIST && devhost::Clock::now() < deadline) {
+    std::this_thread::sleep_for(pause);
+    result = RequestName();
+  }
+  return result;
+}
+
+int vorx::RequestName() {
   const std::string name = devhost::BusNameOf(options_.name);
   MessagePtr call = MakeBusCall(bus_.raw(), "RequestName", name.c_str());
   MessagePtr reply;

@@ -51,6 +51,7 @@ struct vorx {
  private:
   int JoinBus();
   int TakeName();
+  int RequestName();
   void LeaveName();
   int WatchPresence();
   int Deliver(bool until_stopped);

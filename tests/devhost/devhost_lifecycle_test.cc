@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -80,6 +81,15 @@ TEST_F(Opening, RefusesANameThatIsTaken) {
   const TestProcess first(bus_, "agent");
   EXPECT_EQ(Open("agent"), -EEXIST);
   EXPECT_THAT(vorx_last_error(nullptr), HasSubstr("another process is called 'agent' already"));
+}
+
+TEST_F(Opening, WaitsForANameThatIsGivenUpMeanwhile) {
+  std::thread holder([first = std::make_unique<TestProcess>(bus_, "agent")]() mutable {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    first.reset();
+  });
+  EXPECT_EQ(Open("agent"), 0);
+  holder.join();
 }
 
 TEST_F(Opening, TakesANameAgainAsSoonAsItsHandleIsClosed) {

@@ -88,8 +88,9 @@ typedef struct {
  * @param options  read during the call only
  * @param handle   receives the handle, or null on failure
  * @return 0; -EINVAL for a missing or unusable name or address; -EEXIST when
- *         another process holds the name; another negative error number when the
- *         bus cannot be reached
+ *         another process holds the name, and still holds it after three seconds,
+ *         which the bus may need to notice that it was killed; another negative error number when
+ * the bus cannot be reached
  */
 int vorx_open(const vorx_options_t* options, vorx_t** handle);
 
