@@ -113,6 +113,8 @@ void ClientImpl::CreateMa(const std::string& md_name, const std::string& ma_name
 void ClientImpl::UpdateMa(const std::string& md_name, const std::string& ma_name,
                           CcmInterval ccm_interval, SenderIdTlvContent sender_id,
                           MhfCreationMode mhf_creation, const std::set<std::uint16_t>& mep_ids,
+                          // The request has AIS settings of its own, as the interface has it.
+                          // NOLINTNEXTLINE(performance-unnecessary-value-param)
                           st_ais_cfg ais) const {
   Send(CFM_MGR_C2S_SIG_MA_UPDATE,
        core::UpdateMa(md_name, ma_name, ccm_interval, sender_id, mhf_creation, mep_ids, ais));
