@@ -33,6 +33,12 @@ void System::StartAgent() {
                    File("agent.out"), File("agent.log"));
 }
 
+ChildProcess System::StartOnBus(const std::string& program) const {
+  return {{"/usr/bin/env", "VORX_BUS_ADDRESS=" + bus_.address(), program},
+          File("program.out"),
+          File("program.log")};
+}
+
 void System::KillServer() { server_.Kill(); }
 
 void System::KillAgent() { agent_.Kill(); }

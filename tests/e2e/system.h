@@ -21,6 +21,9 @@ class System {
   void StartServer(const std::vector<std::string>& options = {});
   void StartAgent();
 
+  /// A program that takes the bus from the environment.
+  ChildProcess StartOnBus(const std::string& program) const;
+
   /// As a crash: at once and without a word.
   void KillServer();
   void KillAgent();
