@@ -9,9 +9,7 @@
 namespace devhost {
 namespace {
 
-constexpr milliseconds kCallTimeout{10'000};
-/** What a message weighs beside its payload: an estimate of header, descriptor and bookkeeping. */
-constexpr std::size_t kMessageOverhead = 512;
+constexpr milliseconds kConnectTimeout{10'000};
 /** How much is read ahead while a send waits. */
 constexpr std::size_t kMaxInboxBytes = std::size_t{64} << 20U;
 /** How many of the latest signals can be named when the bus returns one of them. */
@@ -50,7 +48,7 @@ std::string OriginOf(sd_bus_message* message) {
 
 int Bus::Open(const std::string& address, SendLimits limits) {
   limits_ = limits;
-  const int result = connection_.Open(address, kCallTimeout);
+  const int result = connection_.Open(address, kConnectTimeout);
   connected_ = result >= 0;
   return result;
 }
@@ -88,10 +86,6 @@ int Bus::Send(MessagePtr message, std::size_t bytes) {
 int Bus::Call(MessagePtr call, ReplyHandler handler) {
   return call == nullptr ? -EINVAL
                          : Enqueue({std::move(call), kMessageOverhead, std::move(handler), false});
-}
-
-int Bus::CallAndWait(MessagePtr call, MessagePtr& reply) {
-  return CallAndWait(std::move(call), reply, kCallTimeout);
 }
 
 int Bus::CallAndWait(MessagePtr call, MessagePtr& reply, milliseconds limit) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <variant>
 
 #include "connection.h"
@@ -27,6 +28,9 @@ struct Incoming {
   MessagePtr message;
   std::variant<Packet, OwnerChange, Reply> content;
 };
+
+/** What a message weighs beside its payload: an estimate of header, descriptor and bookkeeping. */
+inline constexpr std::size_t kMessageOverhead = 512;
 
 /** How much may wait to be sent, and for how long a send may wait. */
 struct SendLimits {
@@ -64,8 +68,10 @@ class Bus {
   int Send(MessagePtr message, std::size_t bytes);
   /** Queues a call; the handler gets the reply when its turn comes to be delivered. */
   int Call(MessagePtr call, ReplyHandler handler);
-  /** Waits for the reply of a call, without delivering anything. */
-  int CallAndWait(MessagePtr call, MessagePtr& reply);
+  /** Waits for the reply of a call, no longer than a send may wait, without delivering anything. */
+  int CallAndWait(MessagePtr call, MessagePtr& reply) {
+    return CallAndWait(std::move(call), reply, limits_.timeout);
+  }
   int CallAndWait(MessagePtr call, MessagePtr& reply, milliseconds limit);
 
   /** Takes the next thing to deliver, reading if there is none yet. Never waits. */

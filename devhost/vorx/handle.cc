@@ -24,6 +24,12 @@ namespace {
 /** How many messages one call delivers, so that the caller's event loop gets its turn. */
 constexpr int kMaxDeliveries = 512;
 
+/** So much at once, in bytes, may have been the bus's limit for one process. */
+constexpr std::size_t kLargeBacklog = std::size_t{64} << 10U;
+
+/** How long closing waits for the name to be free. */
+constexpr devhost::milliseconds kLeaveTimeout{1'000};
+
 /** The bus's answer to a request for a name, as D-Bus numbers it. */
 constexpr std::uint32_t kNameFlagDoNotQueue = 4;
 constexpr std::uint32_t kNameIsOurs = 1;
@@ -154,7 +160,7 @@ void vorx::LeaveName() {
   const std::string name = devhost::BusNameOf(options_.name);
   MessagePtr reply;
   bus_.CallAndWait(MakeBusCall(bus_.raw(), "ReleaseName", name.c_str()), reply,
-                   options_.limits.timeout);
+                   std::min(options_.limits.timeout, kLeaveTimeout));
 }
 
 int vorx::Dispatch() {
@@ -166,12 +172,17 @@ int vorx::Dispatch() {
 
 int vorx::Deliver(bool until_stopped) {
   const ScopedFlag dispatching(is_dispatching_);
+  presence_.AskAgain();
   Incoming incoming;
-  for (int i = 0; i < kMaxDeliveries && bus_.Next(incoming); ++i) {
+  int left = kMaxDeliveries;
+  for (; left > 0 && bus_.Next(incoming); --left) {
     Handle(incoming);
     if (until_stopped && stop_status_ >= 0) {
       return 0;
     }
+  }
+  if (left > 0) {
+    NoteIdle();
   }
   if (bus_.IsConnected() || bus_.HasIncoming()) {
     return 0;
@@ -181,6 +192,13 @@ int vorx::Deliver(bool until_stopped) {
     presence_.LoseAll();
   }
   return -ENOTCONN;
+}
+
+/** While much was waiting for this process, the bus may have dropped who came and who left. */
+void vorx::NoteIdle() {
+  if (std::exchange(backlog_, 0) >= kLargeBacklog) {
+    presence_.Refresh();
+  }
 }
 
 void vorx::Handle(Incoming& incoming) {
@@ -195,6 +213,7 @@ void vorx::Handle(Incoming& incoming) {
 }
 
 void vorx::HandlePacket(const devhost::Packet& packet) {
+  backlog_ += packet.payload.size + devhost::kMessageOverhead;
   const bool is_signal = packet.kind == devhost::Packet::Kind::kSignal;
   const std::uint64_t lost = is_signal ? signals_.CountLost(packet) : events_.CountLost(packet);
   if (lost > 0) {
@@ -239,6 +258,13 @@ int vorx::Run() {
   return TakeStop();
 }
 
+int vorx::TimeoutMs() const {
+  const int for_bus = bus_.TimeoutMs();
+  const int for_presence = presence_.TimeoutMs();
+  return for_bus < 0 || for_presence < 0 ? std::max(for_bus, for_presence)
+                                         : std::min(for_bus, for_presence);
+}
+
 void vorx::WaitForWork() {
   const int events = bus_.Events();
   pollfd descriptors[] = {
@@ -246,7 +272,7 @@ void vorx::WaitForWork() {
       {wake_up_fd_, POLLIN, 0},
   };
   if (events >= 0) {
-    poll(descriptors, std::size(descriptors), bus_.TimeoutMs());
+    poll(descriptors, std::size(descriptors), TimeoutMs());
   }
 }
 

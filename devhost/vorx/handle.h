@@ -29,6 +29,8 @@ struct vorx {
   int Run();
   /** Safe in a signal handler. */
   void Stop(int status);
+  /** How long to wait at most for the next Dispatch(), as poll(2) takes it. */
+  int TimeoutMs() const;
   bool IsDispatching() const { return is_dispatching_; }
 
   int SendSignal(vorx_pid_t destination, const vorx_sig_descriptor& descriptor,
@@ -55,6 +57,7 @@ struct vorx {
   void LeaveName();
   int WatchPresence();
   int Deliver(bool until_stopped);
+  void NoteIdle();
   void Handle(devhost::Incoming& incoming);
   void HandlePacket(const devhost::Packet& packet);
   void ReportLost(const devhost::Packet& next, std::uint64_t lost);
@@ -72,7 +75,8 @@ struct vorx {
   std::string last_error_;
   bool is_dispatching_ = false;
   bool is_loss_reported_ = false;
-  std::uint64_t lost_ = 0; /**< Messages that are known to be lost on the way here. */
+  std::size_t backlog_ = 0; /**< Bytes that came since there last was nothing to do. */
+  std::uint64_t lost_ = 0;  /**< Messages that are known to be lost on the way here. */
   std::uint64_t lost_and_said_ = 0;
   int wake_up_fd_ = -1;
   /** The status that the process is to stop with; negative while it is not to stop. */

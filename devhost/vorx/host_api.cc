@@ -75,7 +75,7 @@ VORX_EXPORT int vorx_poll_events(vorx_t* handle) {
 }
 
 VORX_EXPORT int vorx_poll_timeout(vorx_t* handle) {
-  return handle == nullptr ? -EINVAL : handle->bus().TimeoutMs();
+  return handle == nullptr ? -EINVAL : handle->TimeoutMs();
 }
 
 VORX_EXPORT int vorx_dispatch(vorx_t* handle) {

@@ -6,6 +6,12 @@
 #include "names.h"
 
 namespace devhost {
+namespace {
+
+/** How long the bus may take to answer. */
+constexpr milliseconds kAnswerLimit{1'000};
+
+}  // namespace
 
 vorx_subscription* Presence::Add(const std::string& process, vorx_proc_found_cb found,
                                  vorx_proc_lost_cb lost, void* user) {
@@ -31,6 +37,8 @@ void Presence::Remove(const vorx_subscription* subscription) {
 
 int Presence::AskOwner(const SubscriptionPtr& subscription) {
   const std::string name = BusNameOf(subscription->process);
+  subscription->is_asked = true;
+  subscription->asked_at = Clock::now();
   return bus_.Call(MakeBusCall(bus_.raw(), "GetNameOwner", name.c_str()),
                    [this, subscription](sd_bus_message* reply) {
                      if (subscription->is_active) {
@@ -51,6 +59,7 @@ void Presence::TakeOwner(vorx_subscription& subscription, sd_bus_message* reply)
     owner = nullptr;
   }
   subscription.is_known = true;
+  subscription.is_asked = false;
   Change(subscription, owner == nullptr ? 0 : PidOf(owner));
 }
 
@@ -69,6 +78,25 @@ void Presence::Refresh() {
   for (const auto& subscription : subscriptions_) {
     AskOwner(subscription);
   }
+}
+
+void Presence::AskAgain() {
+  for (const auto& subscription : subscriptions_) {
+    if (subscription->is_asked && Clock::now() >= subscription->asked_at + kAnswerLimit) {
+      AskOwner(subscription);
+    }
+  }
+}
+
+int Presence::TimeoutMs() const {
+  int least = -1;
+  for (const auto& subscription : subscriptions_) {
+    if (subscription->is_asked) {
+      const auto left = static_cast<int>(Until(subscription->asked_at + kAnswerLimit).count());
+      least = least < 0 ? left : std::min(least, left);
+    }
+  }
+  return least;
 }
 
 void Presence::LoseAll() {

@@ -18,6 +18,8 @@ struct vorx_subscription {
   bool is_active = true;
   /** False until the bus has said who holds the name to begin with. */
   bool is_known = false;
+  bool is_asked = false;
+  devhost::Clock::time_point asked_at;
   vorx_pid_t present = 0;
 };
 
@@ -38,6 +40,10 @@ class Presence {
   void Deliver(const OwnerChange& change);
   /** Asks the bus anew about every name: something that it said may have been missed. */
   void Refresh();
+  /** Asks again where the bus owes an answer for long: it drops answers too. */
+  void AskAgain();
+  /** How long until AskAgain() has something to do, in milliseconds; -1 when nothing is open. */
+  int TimeoutMs() const;
   /** Reports all watched processes lost. */
   void LoseAll();
 

@@ -345,5 +345,35 @@ TEST_F(DroppingBus, LearnsAfterALossWhoCameMeanwhile) {
   testing::internal::GetCapturedStderr();
 }
 
+TEST_F(DroppingBus, LearnsWhoLeftWhileTooMuchWasWaiting) {
+  const SignalRecorder received(receiver_, kRequest);
+  const PresenceRecorder presence(receiver_, "other");
+  TestProcess other(bus_, "other");
+  ASSERT_TRUE(ServiceReceiver([&] { return presence.count() == 1; }));
+  testing::internal::CaptureStderr();
+  for (int i = 0; i < kMany; ++i) {
+    ASSERT_EQ(sender_.Send(receiver_.pid(), kRequest, std::string(4096, 'x')), 0);
+  }
+  Settle();
+  other.Close();
+  EXPECT_TRUE(ServiceReceiver([&] { return presence.present() == 0; }));
+  testing::internal::GetCapturedStderr();
+}
+
+TEST_F(DroppingBus, AsksAgainWhoIsThereWhenTheAnswerWasDropped) {
+  const SignalRecorder received(receiver_, kRequest);
+  testing::internal::CaptureStderr();
+  for (int i = 0; i < kMany; ++i) {
+    ASSERT_EQ(sender_.Send(receiver_.pid(), kRequest, std::string(4096, 'x')), 0);
+  }
+  Settle();
+  const PresenceRecorder presence(receiver_, "sender");
+  // The bus has come round to the question, and to dropping the answer, before anything is read.
+  Settle();
+  Settle();
+  EXPECT_TRUE(ServiceReceiver([&] { return presence.present() == sender_.pid(); }));
+  testing::internal::GetCapturedStderr();
+}
+
 }  // namespace
 }  // namespace cfm_test
