@@ -1,10 +1,7 @@
 #include "bus.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
-
-#include "names.h"
 
 namespace devhost {
 namespace {
@@ -12,25 +9,8 @@ namespace {
 constexpr milliseconds kConnectTimeout{10'000};
 /** How much is read ahead while a send waits. */
 constexpr std::size_t kMaxInboxBytes = std::size_t{64} << 20U;
-/** How many of the latest signals can be named when the bus returns one of them. */
-constexpr std::size_t kMaxRecentSignals = 4096;
 constexpr int kStepsPerPump = 64;
 constexpr int kStepsPerPumpWhenFull = 1;
-
-bool IsNoSuchProcess(const sd_bus_error& error) {
-  return sd_bus_error_has_name(&error, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0 ||
-         sd_bus_error_has_name(&error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0;
-}
-
-std::string BounceReason(const sd_bus_error& error) {
-  if (IsNoSuchProcess(error)) {
-    return "there is no such process any more";
-  }
-  if (sd_bus_error_has_name(&error, SD_BUS_ERROR_LIMITS_EXCEEDED) != 0) {
-    return "it does not read and its queue at the bus is full";
-  }
-  return std::string(error.name) + ": " + (error.message == nullptr ? "" : error.message);
-}
 
 std::size_t WeightOf(const Incoming& incoming) {
   const auto* const packet = std::get_if<Packet>(&incoming.content);
@@ -138,21 +118,13 @@ void Bus::HandOver() {
 }
 
 void Bus::NoteSent(Outgoing& sent) {
+  if (sent.handler == nullptr) {
+    returned_.NoteSent(sent.message.get());
+    return;
+  }
   std::uint64_t cookie = 0;
-  if (sd_bus_message_get_cookie(sent.message.get(), &cookie) < 0) {
-    return;
-  }
-  if (sent.handler != nullptr) {
-    pending_.emplace(cookie, PendingReply{std::move(sent.handler), sent.is_urgent});
-    return;
-  }
-  const char* const destination = sd_bus_message_get_destination(sent.message.get());
-  if (destination != nullptr) {
-    recent_signals_.push_back({cookie, PidOf(destination)});
-    if (recent_signals_.size() > kMaxRecentSignals) {
-      recent_signals_.pop_front();
-    }
-  }
+  sd_bus_message_get_cookie(sent.message.get(), &cookie);
+  pending_.emplace(cookie, PendingReply{std::move(sent.handler), sent.is_urgent});
 }
 
 bool Bus::HasRoom(std::size_t bytes) const {
@@ -266,7 +238,7 @@ void Bus::AcceptReply(MessagePtr message) {
   sd_bus_message_get_reply_cookie(message.get(), &cookie);
   const auto found = pending_.find(cookie);
   if (found == pending_.end()) {
-    ReportBounce(message.get(), cookie);
+    returned_.Report(message.get(), cookie);
     return;
   }
   PendingReply pending = std::move(found->second);
@@ -276,25 +248,6 @@ void Bus::AcceptReply(MessagePtr message) {
   } else {
     PushIncoming({std::move(message), Reply{std::move(pending.handler)}});
   }
-}
-
-void Bus::ReportBounce(sd_bus_message* message, std::uint64_t cookie) {
-  const sd_bus_error* const error = sd_bus_message_get_error(message);
-  if (error == nullptr || error->name == nullptr) {
-    return;
-  }
-  const auto sent = std::lower_bound(
-      recent_signals_.begin(), recent_signals_.end(), cookie,
-      [](const SentSignal& signal, std::uint64_t wanted) { return signal.cookie < wanted; });
-  const vorx_pid_t destination =
-      sent != recent_signals_.end() && sent->cookie == cookie ? sent->destination : 0;
-  if (destination != 0 && IsNoSuchProcess(*error)) {
-    peers_.Gone(destination);
-  }
-  const std::string process =
-      destination == 0 ? std::string("another process") : "process " + std::to_string(destination);
-  diagnostics_.SayCounted("bounce " + process + error->name,
-                          "a signal to " + process + " was not delivered: " + BounceReason(*error));
 }
 
 void Bus::AcceptSignal(MessagePtr message) {

@@ -14,6 +14,7 @@
 #include "connection.h"
 #include "diagnostics.h"
 #include "peers.h"
+#include "returned_signals.h"
 #include "wire.h"
 
 namespace devhost {
@@ -47,7 +48,8 @@ class Bus {
  public:
   using ReplyHandler = std::function<void(sd_bus_message*)>;
 
-  Bus(Peers& peers, Diagnostics& diagnostics) : peers_(peers), diagnostics_(diagnostics) {}
+  Bus(Peers& peers, Diagnostics& diagnostics)
+      : peers_(peers), diagnostics_(diagnostics), returned_(peers, diagnostics) {}
 
   int Open(const std::string& address, SendLimits limits);
   /** Writes what is queued, as long as that goes ahead. Whether all of it is written. */
@@ -90,10 +92,6 @@ class Bus {
     ReplyHandler handler;
     bool is_urgent = false; /**< Hand it over as it is read, past the incoming queue. */
   };
-  struct SentSignal {
-    std::uint64_t cookie = 0;
-    vorx_pid_t destination = 0;
-  };
 
   int Enqueue(Outgoing outgoing);
   void HandOver();
@@ -108,12 +106,12 @@ class Bus {
   void AcceptReply(MessagePtr message);
   void AcceptSignal(MessagePtr message);
   void AcceptCall(sd_bus_message* message);
-  void ReportBounce(sd_bus_message* message, std::uint64_t cookie);
   void PushIncoming(Incoming incoming);
   void DropIncoming();
 
   Peers& peers_;
   Diagnostics& diagnostics_;
+  ReturnedSignals returned_;
   Connection connection_;
   SendLimits limits_;
   bool connected_ = false;
@@ -122,7 +120,6 @@ class Bus {
   std::size_t outbox_bytes_ = 0;
   bool is_stalled_ = false;
   std::unordered_map<std::uint64_t, PendingReply> pending_;
-  std::deque<SentSignal> recent_signals_;
 
   std::deque<Incoming> inbox_;
   std::size_t inbox_bytes_ = 0;

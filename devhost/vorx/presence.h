@@ -43,7 +43,7 @@ class Presence {
   /** Asks again where the bus owes an answer for long: it drops answers too. */
   void AskAgain();
   /** How long until AskAgain() has something to do, in milliseconds; -1 when nothing is open. */
-  int TimeoutMs() const;
+  [[nodiscard]] int TimeoutMs() const;
   /** Reports all watched processes lost. */
   void LoseAll();
 
