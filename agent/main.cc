@@ -1,9 +1,13 @@
 // cfm-agent: keeps the CFM server in step with a configuration file.
 
 #include <sepan/host.h>
+#include <unistd.h>
 
+#include <clocale>
 #include <csignal>
-#include <exception>
+#include <cstdlib>
+#include <memory>
+#include <optional>
 #include <system_error>
 
 #include "core/text.h"
@@ -11,9 +15,27 @@
 #include "shell/console.h"
 #include "shell/file_reader.h"
 #include "shell/options.h"
+#include "shell/pipe_input.h"
+#include "shell/terminal.h"
 
 namespace cfm_agent {
 namespace {
+
+CommandSource SourceOf(const Options& options) {
+  if (!options.execute.empty()) {
+    return CommandSource::Given;
+  }
+  if (!options.interactive) {
+    return CommandSource::None;
+  }
+  return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 ? CommandSource::Prompt
+                                                                 : CommandSource::Pipe;
+}
+
+std::string HistoryFile() {
+  const char* home = std::getenv("HOME");  // NOLINT(concurrency-mt-unsafe)
+  return home == nullptr || *home == '\0' ? "" : std::string(home) + "/.cfm-agent-history";
+}
 
 ExitStatus RejectConfig(const Options& options, const ConfigKeeper& keeper, Console& console) {
   for (const std::string& complaint : keeper.complaints()) {
@@ -23,21 +45,73 @@ ExitStatus RejectConfig(const Options& options, const ConfigKeeper& keeper, Cons
   return ExitStatus::BadConfig;
 }
 
-ExitStatus RunAgent(const Options& options, ConfigKeeper& keeper, Console& console) {
-  try {
-    Agent(options, keeper, console).Run();
-    return ExitStatus::Success;
-  } catch (const BusError& error) {
-    console.Complain(error.what());
-    return ExitStatus::BusFailed;
-  } catch (const std::system_error& error) {
-    console.Complain(error.what());
-    return ExitStatus::SystemFailed;
+// The commands of the command line, or nothing if one of them makes no sense.
+std::optional<std::vector<Command>> ParseCommands(const Options& options, Console& console) {
+  std::vector<Command> commands;
+  bool good = true;
+  for (const std::string& line : options.execute) {
+    ParsedCommand parsed = ParseCommand(line);
+    if (!parsed.mistake.empty()) {
+      console.Complain("--execute " + Quoted(line) + ": " + parsed.mistake);
+      good = false;
+    } else if (parsed.command) {
+      commands.push_back(std::move(*parsed.command));
+    }
+  }
+  return good ? std::optional(std::move(commands)) : std::nullopt;
+}
+
+ExitStatus Serve(const Options& options, CommandSource source, std::vector<Command> commands,
+                 ConfigKeeper& keeper, Console& console, Input* input) {
+  Agent agent(options, source, keeper, console, input);
+  for (Command& command : commands) {
+    agent.Add(std::move(command));
+  }
+  return agent.Run();
+}
+
+ExitStatus ServeFromTerminal(const Options& options, ConfigKeeper& keeper) {
+  // So that names of any language can be typed.
+  std::setlocale(LC_CTYPE, "");
+  Terminal terminal([&keeper](const std::string& line) { return Complete(line, *keeper.config()); },
+                    HistoryFile());
+  return Serve(options, CommandSource::Prompt, {}, keeper, terminal, &terminal);
+}
+
+ExitStatus ServeFrom(CommandSource source, const Options& options, ConfigKeeper& keeper,
+                     Console& console) {
+  const auto commands = ParseCommands(options, console);
+  if (!commands) {
+    return ExitStatus::BadCommandLine;
+  }
+  switch (source) {
+    case CommandSource::Prompt:
+      return ServeFromTerminal(options, keeper);
+    case CommandSource::Pipe: {
+      PipeInput input(STDIN_FILENO);
+      return Serve(options, source, {}, keeper, console, &input);
+    }
+    case CommandSource::Given:
+    case CommandSource::None:
+      return Serve(options, source, *commands, keeper, console, nullptr);
+  }
+  return ExitStatus::Success;
+}
+
+// The client library's log belongs to a service; between a person's commands it is in the way.
+void QuietenLog(Options& options) {
+  const bool commanded = options.interactive || !options.execute.empty();
+  const char* chosen = std::getenv("VORX_LOG_CONFIG");  // NOLINT(concurrency-mt-unsafe)
+  if (commanded && options.log_config.empty() && chosen == nullptr) {
+    options.log_config = "/dev/null";
   }
 }
 
-ExitStatus Main(const Options& options) {
-  Console console;
+ExitStatus Main(Options options) {
+  const CommandSource source = SourceOf(options);
+  Console console(source == CommandSource::Given || source == CommandSource::Pipe
+                      ? Console::Volume::Quiet
+                      : Console::Volume::Normal);
   ConfigKeeper keeper(options.config,
                       [](const std::string& name) { return sepan_port_by_name(name.c_str()); });
   if (keeper.Offer(ReadFile(options.config)) == ConfigKeeper::Outcome::Rejected) {
@@ -47,7 +121,16 @@ ExitStatus Main(const Options& options) {
     console.Print(options.config + ": no mistakes: " + Summary(*keeper.config()));
     return ExitStatus::Success;
   }
-  return RunAgent(options, keeper, console);
+  QuietenLog(options);
+  try {
+    return ServeFrom(source, options, keeper, console);
+  } catch (const BusError& error) {
+    console.Complain(error.what());
+    return ExitStatus::BusFailed;
+  } catch (const std::system_error& error) {
+    console.Complain(error.what());
+    return ExitStatus::SystemFailed;
+  }
 }
 
 }  // namespace
@@ -56,9 +139,9 @@ ExitStatus Main(const Options& options) {
 int main(int argc, char** argv) {
   // A reader of the output that goes away must not take the agent with it.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-  const auto parsed = cfm_agent::ParseCommandLine(argc, argv);
+  auto parsed = cfm_agent::ParseCommandLine(argc, argv);
   if (const auto* status = std::get_if<cfm_agent::ExitStatus>(&parsed)) {
     return static_cast<int>(*status);
   }
-  return static_cast<int>(cfm_agent::Main(std::get<cfm_agent::Options>(parsed)));
+  return static_cast<int>(cfm_agent::Main(std::get<cfm_agent::Options>(std::move(parsed))));
 }

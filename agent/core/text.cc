@@ -91,13 +91,12 @@ std::string Quoted(std::string_view text) {
   return '"' + Printable(text.substr(0, end)) + "...\"";
 }
 
-std::string Count(std::size_t number, std::string_view noun) {
-  std::string out = std::to_string(number) + ' ';
-  out += noun;
-  if (number != 1) {
-    out += 's';
-  }
-  return out;
+std::string Count(std::uint64_t number, std::string_view noun) {
+  return Count(number, noun, std::string(noun) + 's');
+}
+
+std::string Count(std::uint64_t number, std::string_view one, std::string_view many) {
+  return std::to_string(number) + ' ' + std::string(number == 1 ? one : many);
 }
 
 std::string JoinAlternatives(const std::vector<std::string_view>& words) {

@@ -2,7 +2,7 @@
 #ifndef CFM_AGENT_CORE_TEXT_H
 #define CFM_AGENT_CORE_TEXT_H
 
-#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,7 +18,9 @@ std::string Printable(std::string_view text);
 std::string Quoted(std::string_view text);
 
 // "1 domain", "3 domains".
-std::string Count(std::size_t number, std::string_view noun);
+std::string Count(std::uint64_t number, std::string_view noun);
+// "1 reply", "3 replies".
+std::string Count(std::uint64_t number, std::string_view one, std::string_view many);
 
 // "a", "a or b", "a, b or c".
 std::string JoinAlternatives(const std::vector<std::string_view>& words);

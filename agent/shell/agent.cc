@@ -31,24 +31,50 @@ int PollTimeout(TimePoint due) {
 // The shorter of two time-outs, of which -1 is the longest.
 int Sooner(int a, int b) { return a < 0 ? b : b < 0 ? a : std::min(a, b); }
 
+// Request identifiers of one process on the bus differ from those of all others, whose events it
+// gets too.
+std::uint32_t RequestIdBase(const vorx_t* handle) {
+  return static_cast<std::uint32_t>(vorx_self(handle)) << 16U;
+}
+
 }  // namespace
 
-Agent::Agent(const Options& options, ConfigKeeper& keeper, Console& console)
-    : keeper_(keeper),
+Agent::Agent(const Options& options, CommandSource source, ConfigKeeper& keeper, Console& console,
+             Input* input)
+    : source_(source),
+      keeper_(keeper),
       console_(console),
+      input_(input),
       file_(options.config),
-      signals_({SIGHUP, SIGTERM, SIGINT}),
+      signals_({SIGHUP, SIGTERM, SIGINT, SIGWINCH}),
       watch_(options.config),
       settle_(kQuiet, kPatience),
+      script_(Now() + options.timeout),
       bus_(options.name, options.bus, options.log_config),
-      status_printer_(console),
+      monitor_(RequestIdBase(bus_.handle()), options.timeout,
+               {Now, [&console](const std::string& line) { console.Print(line); },
+                [&console](const std::string& line) { console.Report(line); },
+                [this](const TestEnd& end) { commander_.OnEnded(end); }}),
+      commander_(
+          source == CommandSource::Prompt ? Commander::Timing::AtOnce : Commander::Timing::UpToDate,
+          keeper, monitor_, console, [this](EndReason reason) { script_.Note(reason); }),
       client_(bus_.handle()),
-      presence_(
-          bus_.handle(), [] {},
-          [&console] { console.Print("server lost; waiting for it to come back"); }) {
-  client_.RegisterStatusHandler(&status_printer_);
-  console_.Print("configuration loaded: " + Summary(*keeper_.config()));
+      server_watch_(
+          bus_.handle(), [this] { OnInStep(); }, [this] { monitor_.ServerLost(); }) {
+  if (source == CommandSource::Given) {
+    script_.Close();
+  }
+  RegisterHandlers();
+  console_.Report("configuration loaded: " + Summary(*keeper_.config()));
   HandIn();
+}
+
+void Agent::RegisterHandlers() {
+  client_.RegisterStatusHandler(&status_handler_);
+  client_.RegisterStatisticsHandler(&statistics_handler_);
+  client_.RegisterLinktraceHandler(&linktrace_handler_);
+  client_.RegisterLoopbackHandler(&loopback_handler_);
+  client_.RegisterDelayMeasurementHandler(&delay_measurement_handler_);
 }
 
 void Agent::HandIn() {
@@ -56,39 +82,63 @@ void Agent::HandIn() {
   client_.UpdateConfigProbe(keeper_.config()->probes);
 }
 
-void Agent::Run() {
+void Agent::OnInStep() {
+  monitor_.ServerInStep();
+  if (source_ == CommandSource::Given || source_ == CommandSource::Pipe) {
+    commander_.Refresh(client_);
+  }
+}
+
+ExitStatus Agent::Run() {
   // What the file became between its being read and its being watched.
   settle_.Finished(Now());
   do {
     bus_.Dispatch();
     TakeFileActivity(Now());
+    TakeInput();
+    monitor_.Expire();
+    RunScript(Now());
+    if (Finished()) {
+      return Status();
+    }
     Wait();
   } while (TakeSignals());
-  console_.Print("stopped; the server keeps its configuration");
+  console_.Report("stopped; the server keeps its configuration");
+  return ExitStatus::Success;
 }
 
 void Agent::Wait() {
-  std::array<pollfd, 3> fds = {{
+  std::array<pollfd, 4> fds = {{
       {vorx_fd(bus_.handle()), static_cast<short>(vorx_poll_events(bus_.handle())), 0},
       {watch_.fd(), POLLIN, 0},
       {signals_.fd(), POLLIN, 0},
+      {input_ != nullptr && !input_->ended() ? input_->fd() : -1, POLLIN, 0},
   }};
   int timeout = vorx_poll_timeout(bus_.handle());
-  if (const auto due = settle_.due()) {
-    timeout = Sooner(timeout, PollTimeout(*due));
+  for (const auto& due : {settle_.due(), monitor_.Deadline(), script_.Deadline()}) {
+    if (due) {
+      timeout = Sooner(timeout, PollTimeout(*due));
+    }
   }
-  if (poll(fds.data(), fds.size(), timeout) < 0 && errno != EINTR) {
+  const int ready = poll(fds.data(), fds.size(), timeout);
+  if (ready < 0 && errno != EINTR) {
     throw std::system_error(errno, std::generic_category(), "poll");
   }
+  input_waits_ = ready > 0 && fds[3].revents != 0;
 }
 
 bool Agent::TakeSignals() {
   for (int signal = signals_.Take(); signal != 0; signal = signals_.Take()) {
-    if (signal != SIGHUP) {
+    if (signal == SIGWINCH) {
+      if (input_ != nullptr) {
+        input_->Resize();
+      }
+    } else if (signal == SIGHUP) {
+      watch_.Renew();
+      Reload(keeper_.OfferAgain(ReadFile(file_)), true);
+    } else {
       return false;
     }
-    watch_.Renew();
-    Reload(keeper_.OfferAgain(ReadFile(file_)), true);
   }
   return true;
 }
@@ -116,14 +166,14 @@ void Agent::Reload(ConfigKeeper::Outcome outcome, bool asked) {
   switch (outcome) {
     case ConfigKeeper::Outcome::Unchanged:
       if (asked) {
-        console_.Print("configuration unchanged");
+        console_.Report("configuration unchanged");
       }
       break;
     case ConfigKeeper::Outcome::Restored:
-      console_.Print("configuration as in force; nothing to do");
+      console_.Report("configuration as in force; nothing to do");
       break;
     case ConfigKeeper::Outcome::Loaded:
-      console_.Print("configuration reloaded: " + Summary(*keeper_.config()));
+      console_.Report("configuration reloaded: " + Summary(*keeper_.config()));
       HandIn();
       break;
     case ConfigKeeper::Outcome::Rejected:
@@ -134,6 +184,65 @@ void Agent::Reload(ConfigKeeper::Outcome outcome, bool asked) {
                         "; the old configuration stays in force");
       break;
   }
+}
+
+void Agent::TakeInput() {
+  if (!input_waits_) {
+    return;
+  }
+  input_waits_ = false;
+  for (const std::string& line : input_->Read()) {
+    TakeLine(line);
+  }
+  if (input_->ended()) {
+    script_.Close();
+  }
+}
+
+void Agent::TakeLine(const std::string& line) {
+  ParsedCommand parsed = ParseCommand(line);
+  if (!parsed.mistake.empty()) {
+    console_.Complain(parsed.mistake);
+    bad_command_ = source_ == CommandSource::Pipe;
+  } else if (parsed.command && source_ == CommandSource::Prompt) {
+    commander_.Run(*parsed.command, client_);
+  } else if (parsed.command) {
+    script_.Add(std::move(*parsed.command));
+  }
+}
+
+void Agent::RunScript(TimePoint now) {
+  const auto next = [&] {
+    return script_.Next(now, monitor_.server() == ServerState::InStep, monitor_.Idle());
+  };
+  for (auto command = next(); command && !commander_.quit(); command = next()) {
+    commander_.Run(*command, client_);
+  }
+}
+
+bool Agent::Finished() const {
+  if (source_ == CommandSource::Prompt) {
+    return commander_.quit() || input_->ended();
+  }
+  return source_ != CommandSource::None && (commander_.quit() || script_.Done(monitor_.Idle()));
+}
+
+ExitStatus Agent::Status() const {
+  if (source_ == CommandSource::Prompt) {
+    return ExitStatus::Success;
+  }
+  switch (script_.failure().value_or(EndReason::Complete)) {
+    case EndReason::Complete:
+      return bad_command_ ? ExitStatus::BadCommandLine : ExitStatus::Success;
+    case EndReason::Refused:
+      return ExitStatus::Refused;
+    case EndReason::TimedOut:
+      return ExitStatus::TimedOut;
+    case EndReason::EndpointRemoved:
+    case EndReason::ServerLost:
+      return ExitStatus::Broken;
+  }
+  return ExitStatus::Success;
 }
 
 }  // namespace cfm_agent

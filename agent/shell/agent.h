@@ -1,50 +1,87 @@
-// The running agent: keeps client library, configuration file and bus together.
+// The running agent: keeps client library, configuration file, bus and commands together.
 #ifndef CFM_AGENT_SHELL_AGENT_H
 #define CFM_AGENT_SHELL_AGENT_H
 
 #include <cfm/client.h>
 
 #include <string>
+#include <vector>
 
 #include "core/config_keeper.h"
+#include "core/handlers.h"
+#include "core/monitor.h"
+#include "core/script.h"
 #include "core/settle_timer.h"
 #include "shell/bus.h"
+#include "shell/commander.h"
 #include "shell/console.h"
 #include "shell/file_watch.h"
+#include "shell/input.h"
 #include "shell/options.h"
-#include "shell/presence.h"
+#include "shell/server_watch.h"
 #include "shell/signals.h"
-#include "shell/status_printer.h"
 
 namespace cfm_agent {
+
+// Where commands come from.
+enum class CommandSource {
+  None,
+  Given,   // from the command line: one after the other, then the agent ends
+  Pipe,    // the same, from an input
+  Prompt,  // each at once, from a person at a terminal
+};
 
 class Agent {
  public:
   // Joins the bus and hands in the configuration that `keeper` holds. Nothing comes from the bus
-  // before Run(). Throws BusError and std::system_error.
-  Agent(const Options& options, ConfigKeeper& keeper, Console& console);
+  // before Run(). `input` is null unless commands come from one. Throws BusError and
+  // std::system_error.
+  Agent(const Options& options, CommandSource source, ConfigKeeper& keeper, Console& console,
+        Input* input);
 
-  // Serves the bus, the file and the process's signals until a signal ends it. Throws BusError.
-  void Run();
+  // A command to run, of a Given source.
+  void Add(Command command) { script_.Add(std::move(command)); }
+
+  // Serves the bus, the file, the commands and the process's signals until a signal or the end of
+  // the commands ends it. Throws BusError.
+  ExitStatus Run();
 
  private:
+  void RegisterHandlers();
+  void HandIn();
+  void OnInStep();
   void Wait();
   // Acts on the signals that have come; false when one of them ends the agent.
   bool TakeSignals();
   void TakeFileActivity(TimePoint now);
+  void TakeInput();
+  void TakeLine(const std::string& line);
+  void RunScript(TimePoint now);
+  bool Finished() const;
+  ExitStatus Status() const;
   void Reload(ConfigKeeper::Outcome outcome, bool asked);
-  void HandIn();
 
+  CommandSource source_;
   ConfigKeeper& keeper_;
   Console& console_;
+  Input* input_;
+  bool input_waits_ = false;
+  bool bad_command_ = false;
   std::string file_;
   Signals signals_;
   FileWatch watch_;
   SettleTimer settle_;
+  Script script_;
   Bus bus_;
-  StatusPrinter status_printer_;
+  Monitor monitor_;
+  Commander commander_;
+  StatusHandler status_handler_{monitor_};
+  StatisticsHandler statistics_handler_{monitor_};
+  LinktraceHandler linktrace_handler_{monitor_};
+  LoopbackHandler loopback_handler_{monitor_};
+  DelayMeasurementHandler delay_measurement_handler_{monitor_};
   cfm::Client client_;
-  Presence presence_;
+  ServerWatch server_watch_;
 };
 
 }  // namespace cfm_agent

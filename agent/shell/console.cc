@@ -4,8 +4,8 @@
 
 namespace cfm_agent {
 
-void Console::Print(std::string_view line) { std::cout << line << std::endl; }
-
-void Console::Complain(std::string_view line) { std::cerr << line << std::endl; }
+void Console::Write(Stream stream, std::string_view line) {
+  (stream == Stream::Output ? std::cout : std::cerr) << line << std::endl;
+}
 
 }  // namespace cfm_agent

@@ -1,6 +1,9 @@
 #include "shell/options.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdlib>
+
+#include "core/command.h"
 
 namespace cfm_agent {
 namespace {
@@ -11,38 +14,72 @@ constexpr const char* kDescription =
     "The file is read again when it changes and on SIGHUP. A new file with mistakes changes\n"
     "nothing: the configuration that was in force stays in force.";
 
-constexpr const char* kFooter =
+constexpr const char* kExitStatus =
     "Exit status:\n"
-    "  0  stopped by SIGTERM or SIGINT, or --check found no mistake\n"
+    "  0  stopped by SIGTERM or SIGINT, all commands complete, or --check found no mistake\n"
     "  1  the configuration file has mistakes or cannot be read\n"
-    "  2  the command line makes no sense\n"
+    "  2  the command line, or a command, makes no sense\n"
     "  3  the bus cannot be joined, or has gone away\n"
-    "  4  the operating system refused something indispensable";
+    "  4  the operating system refused something indispensable\n"
+    "  5  the server refused a command\n"
+    "  6  a command timed out\n"
+    "  7  a command ended because its endpoint was removed or the server lost\n"
+    "Of several commands, the first that was not complete decides.";
 
-}  // namespace
+std::string Footer() {
+  std::string text = "Commands:\n";
+  for (const std::string& line : CommandHelp()) {
+    text += "  " + line + '\n';
+  }
+  return text + '\n' + kExitStatus;
+}
 
-std::variant<Options, ExitStatus> ParseCommandLine(int argc, const char* const* argv) {
-  Options options;
-  CLI::App app(kDescription, "cfm-agent");
-  app.footer(kFooter);
+void AddOptions(CLI::App& app, Options& options, int& timeout) {
   app.add_option("-c,--config", options.config, "configuration file")
       ->required()
       ->type_name("FILE");
   app.add_option("-b,--bus", options.bus,
                  "address of the bus; otherwise VORX_BUS_ADDRESS or DBUS_SESSION_BUS_ADDRESS")
       ->type_name("ADDRESS");
-  app.add_option("-l,--log-config", options.log_config,
-                 "zlog configuration; otherwise VORX_LOG_CONFIG or the installed one")
+  app.add_option(
+         "-l,--log-config", options.log_config,
+         "zlog configuration; otherwise VORX_LOG_CONFIG or, without commands, the installed "
+         "one")
       ->type_name("FILE");
   app.add_option("-n,--name", options.name, "name on the bus")
       ->type_name("NAME")
       ->capture_default_str();
+  auto* execute = app.add_option("-x,--execute", options.execute,
+                                 "run this command once the server is in step, and exit; may be "
+                                 "given several times")
+                      ->type_name("COMMAND")
+                      ->expected(1)
+                      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  app.add_flag("-i,--interactive", options.interactive,
+               "take commands from standard input, with a prompt if it is a terminal")
+      ->excludes(execute);
+  app.add_option("-t,--timeout", timeout,
+                 "how long a command may wait for the server, and hear nothing from it")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(1, 86400))
+      ->capture_default_str();
   app.add_flag("--check", options.check, "only check the configuration file");
+}
+
+}  // namespace
+
+std::variant<Options, ExitStatus> ParseCommandLine(int argc, const char* const* argv) {
+  Options options;
+  auto timeout = static_cast<int>(options.timeout.count());
+  CLI::App app(kDescription, "cfm-agent");
+  app.footer(Footer());
+  AddOptions(app, options, timeout);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? ExitStatus::Success : ExitStatus::BadCommandLine;
   }
+  options.timeout = std::chrono::seconds(timeout);
   return options;
 }
 

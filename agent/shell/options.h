@@ -2,8 +2,10 @@
 #ifndef CFM_AGENT_SHELL_OPTIONS_H
 #define CFM_AGENT_SHELL_OPTIONS_H
 
+#include <chrono>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace cfm_agent {
 
@@ -11,9 +13,12 @@ namespace cfm_agent {
 enum class ExitStatus : int {
   Success = 0,
   BadConfig = 1,       // the configuration file has mistakes or cannot be read
-  BadCommandLine = 2,  // the command line makes no sense
+  BadCommandLine = 2,  // the command line, or a command, makes no sense
   BusFailed = 3,       // the bus cannot be joined, or has gone away
   SystemFailed = 4,    // the operating system refuses something the agent cannot do without
+  Refused = 5,         // the server refused a command
+  TimedOut = 6,        // a command timed out
+  Broken = 7,          // a command ended with its endpoint or with the server
 };
 
 struct Options {
@@ -21,6 +26,9 @@ struct Options {
   std::string bus;         // empty: the environment's
   std::string log_config;  // empty: the environment's, or else the host's
   std::string name = "cfm-agent";
+  std::vector<std::string> execute;
+  bool interactive = false;
+  std::chrono::seconds timeout{10};
   bool check = false;
 };
 

@@ -1,0 +1,110 @@
+// Takes all that comes from the server, keeps what is to be known of it and says what happened.
+#ifndef CFM_AGENT_CORE_MONITOR_H
+#define CFM_AGENT_CORE_MONITOR_H
+
+#include <cfm/delay_measurement.h>
+#include <cfm/linktrace.h>
+#include <cfm/statistics.h>
+#include <cfm/status.h>
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/status_table.h"
+#include "core/test_tracker.h"
+
+namespace cfm_agent {
+
+// The result of an on-demand delay measurement, in the server's own units.
+struct DelayResult {
+  std::uint64_t rx_count = 0;
+  std::uint64_t tx_count = 0;
+  std::array<double, 6> results{};
+  std::uint64_t extra_count = 0;
+};
+
+struct LoopbackResult {
+  std::uint64_t expected = 0;
+  std::uint64_t in_order = 0;
+  std::uint64_t out_of_order = 0;
+  std::uint64_t wrong_payload = 0;
+};
+
+class Monitor {
+ public:
+  struct Environment {
+    std::function<TimePoint()> now;
+    // Tells what a test found, and what became of the server and its endpoints.
+    std::function<void(const std::string&)> print;
+    std::function<void(const std::string&)> report;
+    // A test has come to its end, which has been printed.
+    std::function<void(const TestEnd&)> ended;
+  };
+
+  // As TestTracker's. A request identifier tells the agent's tests from those of other clients.
+  Monitor(std::uint32_t base, Duration patience, Environment environment)
+      : environment_(std::move(environment)), tracker_(base, patience) {}
+
+  // Begins to follow a test, and gives the request identifier that its trigger is to carry. While
+  // there is no server the test ends at once and there is nothing to send.
+  std::optional<std::uint32_t> Begin(TestKind kind, const MepKey& mep = {},
+                                     std::uint16_t remote = 0);
+
+  ServerState server() const { return server_; }
+  const StatusTable& table() const { return table_; }
+  bool Idle() const { return tracker_.Idle(); }
+  // When Expire() next has something to do.
+  std::optional<TimePoint> Deadline() const { return tracker_.Deadline(); }
+  // Ends the tests that have heard nothing for too long.
+  void Expire();
+
+  // The server's coming and going. It is in step once it has said what it holds, and the client
+  // library has answered with the difference.
+  void ServerFound();
+  void ServerInStep();
+  void ServerLost();
+
+  void LocalStatus(const MepKey& mep, const cfm::local_mep_status& status);
+  void RemoteStatus(const MepKey& mep, std::uint16_t remote, const cfm::remote_mep_status& status);
+  void LocalRemoved(const MepKey& mep);
+  void RemoteRemoved(const MepKey& mep, std::uint16_t remote);
+  void SessionEnded(const cfm::DelayMeasurementSessionResult& result);
+
+  void LocalStatistics(const MepKey& mep, const cfm::local_mep_stats& stats);
+  void RemoteStatistics(const MepKey& mep, std::uint16_t remote,
+                        const cfm::remote_mep_stats& stats);
+  void StatisticsComplete();
+
+  void LinktraceStarted(const MepKey& mep, std::uint16_t remote, std::uint32_t transaction,
+                        const cfm::st_mac& target);
+  void LinktraceReply(const MepKey& mep, const cfm::LinktraceReplyEntry& reply);
+  void LinktraceEnded(const MepKey& mep, std::uint32_t transaction);
+
+  // Of a loopback or delay measurement.
+  void Started(TestKind kind, std::uint32_t request_id, const cfm::st_mac& target);
+  void Replied(TestKind kind, std::uint32_t request_id, const cfm::st_mac& from);
+  void Ended(std::uint32_t request_id, const LoopbackResult& result);
+  void Ended(std::uint32_t request_id, const DelayResult& result);
+
+  void Refused(TestKind kind, std::uint32_t request_id, std::uint32_t error_code);
+
+ private:
+  void Print(const std::string& line) const { environment_.print(line); }
+  void Report(const std::string& line) const { environment_.report(line); }
+  void PrintReport(const Test* test, const std::string& report) const;
+  void Finish(const std::vector<TestEnd>& ends, const std::string& result = "") const;
+  // Whether statistics that arrive are to be printed.
+  bool StatisticsWanted();
+
+  Environment environment_;
+  ServerState server_ = ServerState::Absent;
+  StatusTable table_;
+  TestTracker tracker_;
+};
+
+}  // namespace cfm_agent
+
+#endif

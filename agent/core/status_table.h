@@ -1,0 +1,65 @@
+// What the server has reported of endpoints, and how that compares with the configuration.
+#ifndef CFM_AGENT_CORE_STATUS_TABLE_H
+#define CFM_AGENT_CORE_STATUS_TABLE_H
+
+#include <cfm/status.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/command.h"
+#include "core/config.h"
+#include "core/mep.h"
+
+namespace cfm_agent {
+
+enum class ServerState : std::uint8_t {
+  Absent,
+  Found,   // asked what it holds
+  InStep,  // has said what it holds, and was sent the difference
+};
+
+class StatusTable {
+ public:
+  // Each tells whether it is news.
+  bool Local(const MepKey& mep, const cfm::local_mep_status& status);
+  bool Remote(const MepKey& mep, std::uint16_t remote, const cfm::remote_mep_status& status);
+  void LocalRemoved(const MepKey& mep);
+  void RemoteRemoved(const MepKey& mep, std::uint16_t remote);
+  // A server that comes back reports everything anew.
+  void Forget();
+
+  struct Entry {
+    bool removed = false;   // by the server, and not reported since
+    bool reported = false;  // `status` holds
+    cfm::local_mep_status status;
+    std::map<std::uint16_t, cfm::remote_mep_status> remotes;
+  };
+
+  const std::map<MepKey, Entry>& entries() const { return entries_; }
+  const Entry* Find(const MepKey& mep) const;
+
+ private:
+  std::map<MepKey, Entry> entries_;
+};
+
+// A port as the host knows it.
+struct Interface {
+  std::string name;
+  bool present = false;
+};
+using InterfaceOfPort = std::function<Interface(sepan_port_t)>;
+
+// Each endpoint as it is configured beside what is reported, with the reason of any gap between
+// the two; below, what is reported but not configured. For a single endpoint also its remote MEPs.
+std::vector<std::string> Show(const ShowCommand& filter, const Config& config,
+                              const StatusTable& table, ServerState server,
+                              const InterfaceOfPort& interface_of_port);
+
+}  // namespace cfm_agent
+
+#endif

@@ -1,0 +1,58 @@
+// A terminal: a prompt with history and completion, above which lines are printed as they come.
+#ifndef CFM_AGENT_SHELL_TERMINAL_H
+#define CFM_AGENT_SHELL_TERMINAL_H
+
+#include <histedit.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "core/command.h"
+#include "shell/console.h"
+#include "shell/input.h"
+
+namespace cfm_agent {
+
+class Terminal : public Console, public Input {
+ public:
+  using Completer = std::function<Completions(const std::string& line)>;
+
+  // Takes the terminal over from standard input, and gives it back when destroyed. The history is
+  // kept in a file, if one is named. Throws std::system_error.
+  Terminal(Completer completer, std::string history_file);
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+  ~Terminal() override;
+
+  int fd() const override;
+  std::vector<std::string> Read() override;
+  void Resize() override;
+
+ protected:
+  void Write(Stream stream, std::string_view line) override;
+
+ private:
+  struct EndEditor {
+    void operator()(EditLine* editor) const { el_end(editor); }
+  };
+  struct EndHistory {
+    void operator()(History* history) const { history_end(history); }
+  };
+
+  static unsigned char OnTab(EditLine* editor, int key);
+  unsigned char CompleteWord();
+  void SetUpEditor();
+  void SetUpHistory();
+  void Remember(const std::string& line);
+  void Redraw();
+
+  Completer completer_;
+  std::string history_file_;
+  std::unique_ptr<History, EndHistory> history_;
+  std::unique_ptr<EditLine, EndEditor> editor_;
+};
+
+}  // namespace cfm_agent
+
+#endif
