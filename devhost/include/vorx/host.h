@@ -25,9 +25,10 @@
  * them, so that two processes that flood each other both get ahead. When the queue
  * has not moved for options.send_timeout_ms they give up with -ETIMEDOUT, and
  * until it moves again further calls return -ETIMEDOUT at once. A message that was
- * refused is not sent later. One message carries at most 64 MiB, or what the bus
- * is configured for if that is less. vorx_sig_send() returns -ESRCH for a process
- * that does not exist, as far as that is known yet.
+ * refused is not sent later. One message carries at most 64 MiB (else -EMSGSIZE);
+ * a bus whose max_message_size is less hangs up on a process that exceeds it.
+ * vorx_sig_send() returns -ESRCH for a process that does not exist, as far as that
+ * is known yet.
  *
  * Loss. What this process cannot deliver is said on standard error: signals that
  * the bus returns (their receiver has gone, or its queue at the bus is full),
