@@ -49,7 +49,11 @@ void FakeServer::OnSignal(vorx_t* /*handle*/, void* user, const vorx_pid_t* send
 
 bool FakeServer::ServeUntil(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + kLimit;
-  while (vorx_dispatch(handle_) >= 0 && !condition()) {
+  while (true) {
+    vorx_dispatch(handle_);
+    if (condition()) {
+      return true;
+    }
     if (std::chrono::steady_clock::now() > deadline) {
       return false;
     }
@@ -57,7 +61,6 @@ bool FakeServer::ServeUntil(const std::function<bool()>& condition) {
     pollfd fd = {vorx_fd(handle_), static_cast<short>(std::max(vorx_poll_events(handle_), 0)), 0};
     poll(&fd, 1, timeout < 0 ? kPollMs : std::min(timeout, kPollMs));
   }
-  return condition();
 }
 
 bool FakeServer::ServeUntilAsked(const vorx_sig_descriptor* signal, std::size_t times) {

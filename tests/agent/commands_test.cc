@@ -1,0 +1,397 @@
+// Commands of the running agent, from its command line, a pipe and a terminal.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "agent_fixture.h"
+
+namespace cfm_agent::testing {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr const char* kConfig =
+    "domains:\n"
+    "- name: d\n"
+    "  level: 1\n"
+    "  associations:\n"
+    "  - {name: a, mep-ids: [1, 9], endpoints: [{mep-id: 1, direction: up, port: lo}]}\n";
+
+class Commands : public AgentTest {
+ protected:
+  void SetUp() override {
+    WriteConfig(kConfig);
+    StartServer();
+  }
+
+  void Execute(std::vector<std::string> commands, const std::string& timeout = "20") {
+    std::vector<std::string> arguments = {"--timeout", timeout};
+    for (std::string& command : commands) {
+      arguments.insert(arguments.end(), {"--execute", std::move(command)});
+    }
+    StartAgent(arguments);
+  }
+
+  // Serves until a request came, answering those for statistics with empty ones.
+  bool ServeUntilAsked(const vorx_sig_descriptor* signal) {
+    return server_->ServeUntil([&] {
+      AnswerStatistics();
+      return server_->CountOf(signal) > 0;
+    });
+  }
+
+  // Serves until the agent has ended; its exit status.
+  int ServeUntilEnd() {
+    int status = -1;
+    EXPECT_TRUE(server_->ServeUntil([&] {
+      AnswerStatistics();
+      status = agent_.Wait(std::chrono::milliseconds(0));
+      return status >= 0;
+    }));
+    return status;
+  }
+
+  void AnswerStatistics() {
+    for (; answered_ < server_->CountOf(CFM_MGR_C2S_SIG_STATS_GET); ++answered_) {
+      server_->Reply(CFM_MGR_S2C_SIG_STATS_REPLY, statistics_);
+    }
+  }
+
+  client_server::OpReplyAllStats statistics_;
+  std::size_t answered_ = 0;
+};
+
+TEST_F(Commands, ALoopbackIsFollowedToItsEnd) {
+  Execute({"loopback d a 1 9 param-a=3 param-b=64"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  const auto trigger =
+      server_->Last<client_server::OpLoopbackTriggerMsg>(CFM_MGR_C2S_SIG_LB_TRIGGER);
+  EXPECT_EQ(trigger.md_name(), "d");
+  EXPECT_EQ(trigger.ma_name(), "a");
+  EXPECT_EQ(trigger.mep_id(), 1U);
+  EXPECT_EQ(trigger.remote_mep_id(), 9U);
+  EXPECT_EQ(trigger.param_a(), 3U);
+  EXPECT_EQ(trigger.param_b(), 64U);
+  client_server::OpLoopbackStarted started;
+  started.set_request_id(trigger.request_id());
+  started.set_mac_address("\x02\x00\x00\x00\x00\x01", 6);
+  server_->Publish(CFM_MGR_SRV_EVENT_LOOPBACK_STARTED, started);
+  client_server::OpLoopbackEnded ended;
+  ended.set_request_id(trigger.request_id());
+  ended.set_expected_replies(3);
+  ended.set_in_order_replies(3);
+  server_->Publish(CFM_MGR_SRV_EVENT_LOOPBACK_ENDED, ended);
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_EQ(Output(),
+            "loopback 1 from MEP d a 1 to 9: started towards 02:00:00:00:00:01\n"
+            "loopback 1 from MEP d a 1 to 9: complete, 3 of 3 expected replies in order, 0 out of "
+            "order, 0 with a wrong payload\n");
+}
+
+TEST_F(Commands, ALinktraceIsFollowedToItsEnd) {
+  Execute({"linktrace d a 1 9 ttl=7"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LT_TRIGGER));
+  const auto trigger =
+      server_->Last<client_server::OpLinktraceTriggerMsg>(CFM_MGR_C2S_SIG_LT_TRIGGER);
+  EXPECT_EQ(trigger.ttl(), 7U);
+  EXPECT_EQ(trigger.key().remote_mep_id(), 9U);
+  client_server::OpLinktraceStarted started;
+  started.set_md_name("d");
+  started.set_ma_name("a");
+  started.set_mep_id(1);
+  started.set_remote_mep_id(9);
+  started.set_transaction_id(5);
+  server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_STARTED, started);
+  client_server::OpLinktraceReplyRx reply;
+  reply.set_md_name("d");
+  reply.set_ma_name("a");
+  reply.set_mep_id(1);
+  reply.mutable_reply()->set_transaction_id(5);
+  server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_REPLY_RX, reply);
+  client_server::OpLinktraceEnded ended;
+  ended.set_md_name("d");
+  ended.set_ma_name("a");
+  ended.set_mep_id(1);
+  ended.set_transaction_id(5);
+  server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_ENDED, ended);
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_THAT(Output(), HasSubstr("linktrace 1 from MEP d a 1 to 9: complete, 1 reply\n"));
+}
+
+TEST_F(Commands, ADelayMeasurementIsFollowedToItsEnd) {
+  Execute({"delay d a 1 9 param-a=1 param-b=2 param-c=3 param-d=4"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_DM_TRIGGER));
+  const auto trigger =
+      server_->Last<client_server::OpDelayMeasurementTriggerMsg>(CFM_MGR_C2S_SIG_DM_TRIGGER);
+  EXPECT_EQ(trigger.param_d(), 4U);
+  client_server::OpDelayMeasurementEnded ended;
+  ended.set_request_id(trigger.request_id());
+  ended.set_rx_count(9);
+  ended.set_tx_count(10);
+  ended.set_result_1(0.25);
+  server_->Publish(CFM_MGR_SRV_EVENT_DELAY_MEASUREMENT_ENDED, ended);
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_THAT(Output(), HasSubstr("complete, 10 sent, 9 received, results 0.25 0 0 0 0 0"));
+}
+
+TEST_F(Commands, ARefusalIsAFailure) {
+  Execute({"loopback d a 1 9", "statistics"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  client_server::OpLoopbackTriggerError error;
+  error.set_request_id(
+      server_->Last<client_server::OpLoopbackTriggerMsg>(CFM_MGR_C2S_SIG_LB_TRIGGER).request_id());
+  error.set_error_code(3);
+  server_->Reply(CFM_MGR_S2C_SIG_LB_TRIGGER_ERROR, error);
+  EXPECT_EQ(ServeUntilEnd(), 5);
+  EXPECT_EQ(Output(),
+            "loopback 1 from MEP d a 1 to 9: refused with error code 3\nstatistics 2: complete\n");
+}
+
+TEST_F(Commands, SilenceIsAFailure) {
+  Execute({"loopback d a 1 9"}, "1");
+  EXPECT_EQ(ServeUntilEnd(), 6);
+  EXPECT_EQ(Output(), "loopback 1 from MEP d a 1 to 9: timed out\n");
+}
+
+TEST_F(Commands, TheEndOfTheEndpointIsAFailure) {
+  Execute({"loopback d a 1 9"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  client_server::RemovedLocalMaintenanceEndpoint removed;
+  removed.set_md_name("d");
+  removed.set_ma_name("a");
+  removed.set_mep_id(1);
+  server_->Publish(CFM_MGR_SRV_EVENT_REMOVED_LOCAL_MEP, removed);
+  EXPECT_EQ(ServeUntilEnd(), 7);
+  EXPECT_EQ(Output(), "loopback 1 from MEP d a 1 to 9: endpoint removed\n");
+}
+
+TEST_F(Commands, TheLossOfTheServerIsAFailure) {
+  Execute({"loopback d a 1 9", "clear"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  StopServer();
+  EXPECT_EQ(agent_.Wait(), 7);
+  EXPECT_EQ(Output(), "loopback 1 from MEP d a 1 to 9: server lost\n");
+  EXPECT_TRUE(Complains("clear: server lost, nothing is cleared"));
+}
+
+TEST_F(Commands, ARemovalBeforeTheTestIsNoneDuringIt) {
+  Execute({"loopback d a 1 9"});
+  ASSERT_TRUE(server_->ServeUntilAsked(CFM_MGR_C2S_SIG_STATS_GET));
+  EXPECT_EQ(server_->CountOf(CFM_MGR_C2S_SIG_LB_TRIGGER), 0U);
+  client_server::RemovedLocalMaintenanceEndpoint removed;
+  removed.set_md_name("d");
+  removed.set_ma_name("a");
+  removed.set_mep_id(1);
+  server_->Publish(CFM_MGR_SRV_EVENT_REMOVED_LOCAL_MEP, removed);
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  EXPECT_EQ(Output(), "");
+}
+
+TEST_F(Commands, AnAbsentServerIsWaitedForOnlySoLong) {
+  StopServer();
+  Execute({"loopback d a 1 9", "show"}, "1");
+  EXPECT_EQ(agent_.Wait(), 7);
+  EXPECT_THAT(Output(), HasSubstr("loopback 1 from MEP d a 1 to 9: server lost\n"));
+  EXPECT_THAT(Output(), HasSubstr("server: absent\n"));
+}
+
+TEST_F(Commands, StatisticsArePrinted) {
+  auto* local = statistics_.add_local_mep_stats();
+  local->set_md_name("d");
+  local->set_ma_name("a");
+  local->set_mep_id(1);
+  local->set_ccm_tx_total(5);
+  Execute({"statistics"});
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_EQ(Output(),
+            "MEP d a 1: CCMs sent 5, last sequence number sent 0, received out of sequence 0\n"
+            "statistics 1: complete\n");
+}
+
+TEST_F(Commands, ClearTellsTheServerWhatItIsLimitedTo) {
+  Execute({"clear domain=d mep-id=7"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_STATS_CLEAR));
+  const auto clear = server_->Last<client_server::OpStatsClear>(CFM_MGR_C2S_SIG_STATS_CLEAR);
+  EXPECT_EQ(clear.md_name(), "d");
+  EXPECT_FALSE(clear.has_ma_name());
+  EXPECT_EQ(clear.mep_id(), 7U);
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_EQ(Output(), "clear: sent\n");
+}
+
+TEST_F(Commands, ShowWaitsForWhatTheServerReports) {
+  Execute({"show"});
+  ASSERT_TRUE(server_->ServeUntilAsked(CFM_MGR_C2S_SIG_STATUS_GET_ALL));
+  client_server::StatusLocalMaintenanceEndpoint status;
+  status.set_md_name("d");
+  status.set_ma_name("a");
+  status.set_mep_id(1);
+  status.set_port_state(2);
+  status.set_intf_status(1);
+  server_->Publish(CFM_MGR_SRV_EVENT_STATUS_LOCAL_MEP, status);
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_THAT(Output(), HasSubstr("server: in step\n"));
+  EXPECT_THAT(Output(), HasSubstr("    1    lo    up, inactive, CCM off  port up, interface up, no "
+                                  "defect, remote MEPs 0 of 1 ok\n"));
+}
+
+TEST_F(Commands, ABadCommandIsToldBeforeAnythingRuns) {
+  Execute({"show", "shew", "linktrace"});
+  EXPECT_EQ(agent_.Wait(), 2);
+  EXPECT_TRUE(Complains("--execute \"shew\": \"shew\" is not a command; did you mean show?"));
+  EXPECT_TRUE(Complains("--execute \"linktrace\": the domain is missing"));
+  EXPECT_EQ(server_->requests().size(), 0U);
+}
+
+TEST_F(Commands, AStatusThatIsNewsIsReported) {
+  StartAgent();
+  ASSERT_TRUE(server_->ServeUntilAsked(CFM_MGR_C2S_SIG_STATUS_GET_ALL));
+  client_server::StatusLocalMaintenanceEndpoint status;
+  status.set_md_name("d");
+  status.set_ma_name("a");
+  status.set_mep_id(1);
+  server_->Publish(CFM_MGR_SRV_EVENT_STATUS_LOCAL_MEP, status);
+  EXPECT_TRUE(WaitUntilItSays(
+      "MEP d a 1: 00:00:00:00:00:00, port unknown, interface unknown, no defect\n"));
+  EXPECT_TRUE(Says("server in step\n"));
+}
+
+// A command's standard input is the test's own, so that the shell is asked to join the two.
+class PipedCommands : public Commands {
+ protected:
+  void Pipe(const std::string& commands) {
+    WriteFile(directory_.File("commands"), commands);
+    agent_ = cfm_test::ChildProcess(
+        {"/bin/sh", "-c", "exec \"$0\" --interactive --config \"$1\" --bus \"$2\" < \"$3\"",
+         CFM_AGENT, ConfigPath(), bus_.address(), directory_.File("commands")},
+        directory_.File("out"), directory_.File("err"));
+  }
+};
+
+TEST_F(PipedCommands, RunOneAfterTheOther) {
+  Pipe("statistics\n\n# a comment\nstatistics");
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_EQ(Output(), "statistics 1: complete\nstatistics 2: complete\n");
+}
+
+TEST_F(PipedCommands, EndWithQuit) {
+  Pipe("statistics\nquit\nstatistics\n");
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_EQ(Output(), "statistics 1: complete\n");
+}
+
+TEST_F(PipedCommands, GoOnAfterABadOneAndFailInTheEnd) {
+  Pipe("nonsense\nstatistics\n");
+  EXPECT_EQ(ServeUntilEnd(), 2);
+  EXPECT_EQ(Output(), "statistics 1: complete\n");
+  EXPECT_TRUE(Complains("\"nonsense\" is not a command"));
+}
+
+// The agent at a terminal that the test types on.
+class Terminals : public Commands {
+ protected:
+  void SetUp() override {
+    Commands::SetUp();
+    terminal_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_GE(terminal_, 0);
+    ASSERT_EQ(grantpt(terminal_), 0);
+    ASSERT_EQ(unlockpt(terminal_), 0);
+    const std::string name = ptsname(terminal_);
+    agent_ = cfm_test::ChildProcess(
+        {"/bin/sh", "-c",
+         "HOME=\"$4\" TERM=xterm exec \"$0\" --interactive --config \"$1\" --bus \"$2\" < \"$3\" "
+         "> \"$3\"",
+         CFM_AGENT, ConfigPath(), bus_.address(), name, directory_.path()},
+        "", directory_.File("err"));
+    ASSERT_TRUE(WaitUntilShown("server in step"));
+  }
+  void TearDown() override { close(terminal_); }
+
+  void Type(const std::string& keys) const {
+    ASSERT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  }
+
+  // Serves until the terminal has shown the text since the last such wait.
+  bool WaitUntilShown(const std::string& text) {
+    const bool shown = server_->ServeUntil([&] {
+      AnswerStatistics();
+      std::array<char, 4096> chunk{};
+      pollfd fd = {terminal_, POLLIN, 0};
+      while (poll(&fd, 1, 0) > 0 && (fd.revents & POLLIN) != 0) {
+        const ssize_t size = read(terminal_, chunk.data(), chunk.size());
+        if (size <= 0) {
+          break;
+        }
+        screen_.append(chunk.data(), static_cast<std::size_t>(size));
+      }
+      return screen_.find(text) != std::string::npos;
+    });
+    EXPECT_TRUE(shown) << screen_;
+    const std::size_t at = screen_.find(text);
+    screen_.erase(0, at == std::string::npos ? 0 : at + text.size());
+    return shown;
+  }
+
+  int terminal_ = -1;
+  std::string screen_;
+};
+
+TEST_F(Terminals, TakeCommands) {
+  Type("statistics\n");
+  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+  Type("quit\n");
+  EXPECT_EQ(ServeUntilEnd(), 0);
+}
+
+TEST_F(Terminals, CompleteWords) {
+  Type("sho\t");
+  EXPECT_TRUE(WaitUntilShown("w "));
+  Type("\t\t\t\n");
+  EXPECT_TRUE(WaitUntilShown("REMOTE"));
+}
+
+TEST_F(Terminals, OfferWhatAWordMayBecome) {
+  Type("l\t\t");
+  EXPECT_TRUE(WaitUntilShown("linktrace  loopback"));
+}
+
+TEST_F(Terminals, RememberCommandsAcrossRuns) {
+  Type("statistics\n");
+  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+  Type("\x1b[A\n");
+  EXPECT_TRUE(WaitUntilShown("statistics 2: complete"));
+  EXPECT_THAT(cfm_test::ReadFile(directory_.File(".cfm-agent-history")), HasSubstr("statistics"));
+}
+
+TEST_F(Terminals, KeepWhatIsTypedWhileSomethingIsPrinted) {
+  Type("stati");
+  EXPECT_TRUE(WaitUntilShown("stati"));
+  client_server::RemovedLocalMaintenanceEndpoint removed;
+  removed.set_md_name("d");
+  removed.set_ma_name("a");
+  removed.set_mep_id(1);
+  server_->Publish(CFM_MGR_SRV_EVENT_REMOVED_LOCAL_MEP, removed);
+  EXPECT_TRUE(WaitUntilShown("MEP d a 1: removed by the server"));
+  EXPECT_TRUE(WaitUntilShown("stati"));
+  Type("stics\n");
+  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+}
+
+TEST_F(Terminals, SurviveALineThatIsCleared) {
+  Type("abc\x15");
+  Type("statistics\n");
+  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+}
+
+TEST_F(Terminals, EndWithTheEndOfInput) {
+  Type("\x04");
+  EXPECT_EQ(ServeUntilEnd(), 0);
+}
+
+}  // namespace
+}  // namespace cfm_agent::testing

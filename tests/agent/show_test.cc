@@ -1,0 +1,200 @@
+#include <gmock/gmock.h>
+
+#include "core/status_table.h"
+#include "read_text.h"
+
+namespace cfm_agent::testing {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+constexpr const char* kConfig =
+    "domains:\n"
+    "- name: metro\n"
+    "  level: 5\n"
+    "  associations:\n"
+    "  - name: line\n"
+    "    mep-ids: [1, 2, 8, 9]\n"
+    "    endpoints:\n"
+    "    - {mep-id: 1, direction: up, port: eth1, admin-state: true, ccm-enabled: true}\n"
+    "    - {mep-id: 2, direction: down, port: eth2}\n"
+    "  - name: spare\n"
+    "- {name: quiet, level: 0}\n";
+
+const MepKey kFirst = {"metro", "line", 1};
+const MepKey kSecond = {"metro", "line", 2};
+
+class ShowTest : public ::testing::Test {
+ protected:
+  ShowTest() : config_(*ReadConfig(kConfig, ports_.Function()).config) {}
+
+  std::vector<std::string> Lines(const ShowCommand& filter = {}) const {
+    return Show(filter, config_, table_, server_, [this](sepan_port_t port) {
+      const bool is_first = port == ports_.Of("eth1");
+      return Interface{is_first ? "eth1" : "eth2", !missing_ || is_first};
+    });
+  }
+  // The line of an endpoint.
+  std::string LineOf(const char* mep_id) const {
+    for (const std::string& line : Lines()) {
+      if (line.rfind(std::string("    ") + mep_id + ' ', 0) == 0) {
+        return line;
+      }
+    }
+    return "";
+  }
+
+  static cfm::local_mep_status Up() {
+    cfm::local_mep_status status;
+    status.port_state = 2;
+    status.intf_status = 1;
+    return status;
+  }
+  static cfm::remote_mep_status Remote(std::uint32_t state) {
+    cfm::remote_mep_status status;
+    status.fsm_state = state;
+    return status;
+  }
+
+  Ports ports_;
+  Config config_;
+  StatusTable table_;
+  ServerState server_ = ServerState::InStep;
+  bool missing_ = false;
+};
+
+TEST_F(ShowTest, PutsWhatIsConfiguredBesideWhatIsReported) {
+  table_.Local(kFirst, Up());
+  table_.Remote(kFirst, 8, Remote(4));
+  table_.Remote(kFirst, 9, Remote(3));
+  EXPECT_THAT(
+      Lines(),
+      ElementsAre("server: in step", "domain metro, level 5", "  association line, CCM interval 1s",
+                  "    MEP  PORT  CONFIGURED               REPORTED                "
+                  "                              "
+                  "   GAP",
+                  "    1    eth1  up, active, CCM on       port up, interface up, "
+                  "no defect, remote MEPs 1 of 2 "
+                  "ok",
+                  "    2    eth2  down, inactive, CCM off  -                      "
+                  "                               "
+                  "   never reported",
+                  "  association spare, CCM interval 1s", "    no endpoints",
+                  "domain quiet, level 0"));
+}
+
+TEST_F(ShowTest, GivesNoReasonWhereThereIsNoGap) {
+  table_.Local(kFirst, Up());
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("of 2 ok"));
+}
+
+TEST_F(ShowTest, TellsThatTheServerIsAbsent) {
+  server_ = ServerState::Absent;
+  EXPECT_EQ(Lines().front(), "server: absent");
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("-         server absent"));
+}
+
+TEST_F(ShowTest, TellsThatTheServerIsNotInStep) {
+  server_ = ServerState::Found;
+  EXPECT_EQ(Lines().front(), "server: found, not in step yet");
+  EXPECT_THAT(LineOf("1"), HasSubstr("server not in step"));
+}
+
+TEST_F(ShowTest, TellsThatAnInterfaceIsMissing) {
+  missing_ = true;
+  table_.Local(kSecond, Up());
+  EXPECT_THAT(LineOf("2"), ::testing::EndsWith("interface eth2 missing"));
+  EXPECT_THAT(LineOf("2"), HasSubstr("port up"));
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("never reported"));
+}
+
+TEST_F(ShowTest, TellsThatTheServerRemovedAnEndpoint) {
+  table_.Local(kFirst, Up());
+  table_.LocalRemoved(kFirst);
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("removed by the server"));
+  EXPECT_THAT(LineOf("1"), Not(HasSubstr("port up")));
+}
+
+TEST_F(ShowTest, ForgetsARemovalOnceTheEndpointIsReportedAgain) {
+  table_.LocalRemoved(kFirst);
+  table_.Local(kFirst, Up());
+  EXPECT_THAT(LineOf("1"), Not(HasSubstr("removed")));
+}
+
+TEST_F(ShowTest, NeverShowsWhatAnEarlierServerReported) {
+  table_.Local(kFirst, Up());
+  table_.Forget();
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("never reported"));
+}
+
+TEST_F(ShowTest, ListsWhatIsReportedButNotConfigured) {
+  table_.Local({"metro", "line", 7}, Up());
+  table_.Local({"else where", "x", 1}, Up());
+  table_.LocalRemoved({"gone", "x", 1});
+  const auto lines = Lines();
+  EXPECT_THAT(lines, Contains("reported by the server but not configured"));
+  EXPECT_THAT(lines, Contains("  MEP metro line 7: port up, interface up, no defect"));
+  EXPECT_THAT(lines, Contains("  MEP \"else where\" x 1: port up, interface up, no defect"));
+  EXPECT_THAT(lines, Not(Contains(HasSubstr("gone"))));
+}
+
+TEST_F(ShowTest, OfOneEndpointListsItsRemoteMeps) {
+  table_.Local(kFirst, Up());
+  table_.Remote(kFirst, 8, Remote(4));
+  table_.Remote(kFirst, 100, Remote(1));
+  const auto lines = Lines({"metro", "line", 1});
+  const std::string zero = "00:00:00:00:00:00";
+  EXPECT_THAT(
+      lines,
+      ElementsAre(
+          "server: in step", "domain metro, level 5", "  association line, CCM interval 1s",
+          HasSubstr("MEP  PORT"), HasSubstr("1    eth1"), HasSubstr("REMOTE  REPORTED"),
+          "      8       " + zero + ", ok, port unknown, interface unknown, since uptime 0",
+          ::testing::MatchesRegex("      9       - +not reported"),
+          "      100     " + zero +
+              ", idle, port unknown, interface unknown, since uptime 0  not in the MEP list"));
+}
+
+TEST_F(ShowTest, ForgetsARemovedRemoteMep) {
+  table_.Local(kFirst, Up());
+  table_.Remote(kFirst, 8, Remote(4));
+  table_.RemoteRemoved(kFirst, 8);
+  EXPECT_THAT(LineOf("1"), HasSubstr("remote MEPs 0 of 2 ok"));
+}
+
+TEST_F(ShowTest, ShowsOnlyWhatIsAskedFor) {
+  EXPECT_THAT(Lines({"quiet", {}, 0}), ElementsAre("server: in step", "domain quiet, level 0"));
+  EXPECT_THAT(Lines({"metro", "spare", 0}),
+              ElementsAre("server: in step", "domain metro, level 5",
+                          "  association spare, CCM interval 1s", "    no endpoints"));
+  EXPECT_THAT(Lines({"nowhere", {}, 0}), ElementsAre("server: in step", "nothing of that name"));
+  EXPECT_THAT(Lines({"metro", "line", 77}), ElementsAre("server: in step", "nothing of that name"));
+}
+
+TEST_F(ShowTest, ShowsAnEmptyConfiguration) {
+  config_ = Config{};
+  EXPECT_THAT(Lines(), ElementsAre("server: in step", "nothing configured"));
+}
+
+TEST(StatusTable, TellsWhatIsNews) {
+  StatusTable table;
+  cfm::local_mep_status local;
+  EXPECT_TRUE(table.Local(kFirst, local));
+  EXPECT_FALSE(table.Local(kFirst, local));
+  local.defect_rdi = true;
+  EXPECT_TRUE(table.Local(kFirst, local));
+  cfm::remote_mep_status remote;
+  EXPECT_TRUE(table.Remote(kFirst, 8, remote));
+  EXPECT_FALSE(table.Remote(kFirst, 8, remote));
+  EXPECT_TRUE(table.Remote(kFirst, 9, remote));
+  remote.fsm_state = 3;
+  EXPECT_TRUE(table.Remote(kFirst, 8, remote));
+  table.LocalRemoved(kFirst);
+  EXPECT_TRUE(table.Local(kFirst, local));
+}
+
+}  // namespace
+}  // namespace cfm_agent::testing
