@@ -25,7 +25,7 @@ TEST(HierarchyCache, RestoresADomain) {
   entry.set_level(256 + 5);
   entry.set_sender_id(99);
   entry.set_mhf_creation(-3);
-  const auto& cfg = Convert(cache).mds.at("D").cfg;
+  const auto cfg = Convert(cache).mds.at("D").cfg;
   EXPECT_EQ(cfg.format, cfm::MdNameFormat::CharString);
   EXPECT_EQ(cfg.level, 5);
   EXPECT_EQ(static_cast<std::int32_t>(cfg.sender_id), 99);
