@@ -72,7 +72,7 @@ ExitStatus Serve(const Options& options, CommandSource source, std::vector<Comma
 
 ExitStatus ServeFromTerminal(const Options& options, ConfigKeeper& keeper) {
   // So that names of any language can be typed.
-  std::setlocale(LC_CTYPE, "");
+  static_cast<void>(std::setlocale(LC_CTYPE, ""));
   Terminal terminal([&keeper](const std::string& line) { return Complete(line, *keeper.config()); },
                     HistoryFile());
   return Serve(options, CommandSource::Prompt, {}, keeper, terminal, &terminal);

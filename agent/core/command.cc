@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 #include "core/mep.h"
 #include "core/text.h"
@@ -18,7 +19,7 @@ constexpr std::uint8_t kDefaultTtl = 64;
 // not matter.
 class Arguments {
  public:
-  explicit Arguments(const std::vector<LineWord>& words) : words_(words) {}
+  explicit Arguments(std::vector<LineWord> words) : words_(std::move(words)) {}
 
   std::string Name(const std::string& what) {
     if (next_ == words_.size()) {

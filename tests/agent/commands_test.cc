@@ -261,15 +261,21 @@ TEST_F(Commands, AStatusThatIsNewsIsReported) {
   EXPECT_TRUE(Says("server in step\n"));
 }
 
-// A command's standard input is the test's own, so that the shell is asked to join the two.
+// Shell scripts that join the agent to an input: with its program, configuration, bus and a path.
+constexpr const char* kRunFromFile = R"(exec "$0" --interactive --config "$1" --bus "$2" < "$3")";
+// The line editor never frees the name and the help of a function that is added to it.
+constexpr const char* kRunAtTerminal = R"(
+echo leak:wcsdup > "$4/lsan"
+export HOME="$4" TERM=xterm LSAN_OPTIONS="suppressions=$4/lsan:print_suppressions=0"
+exec "$0" --interactive --config "$1" --bus "$2" < "$3" > "$3")";
+
 class PipedCommands : public Commands {
  protected:
   void Pipe(const std::string& commands) {
     WriteFile(directory_.File("commands"), commands);
-    agent_ = cfm_test::ChildProcess(
-        {"/bin/sh", "-c", "exec \"$0\" --interactive --config \"$1\" --bus \"$2\" < \"$3\"",
-         CFM_AGENT, ConfigPath(), bus_.address(), directory_.File("commands")},
-        directory_.File("out"), directory_.File("err"));
+    agent_ = cfm_test::ChildProcess({"/bin/sh", "-c", kRunFromFile, CFM_AGENT, ConfigPath(),
+                                     bus_.address(), directory_.File("commands")},
+                                    directory_.File("out"), directory_.File("err"));
   }
 };
 
@@ -301,13 +307,9 @@ class Terminals : public Commands {
     ASSERT_GE(terminal_, 0);
     ASSERT_EQ(grantpt(terminal_), 0);
     ASSERT_EQ(unlockpt(terminal_), 0);
-    const std::string name = ptsname(terminal_);
-    agent_ = cfm_test::ChildProcess(
-        {"/bin/sh", "-c",
-         "HOME=\"$4\" TERM=xterm exec \"$0\" --interactive --config \"$1\" --bus \"$2\" < \"$3\" "
-         "> \"$3\"",
-         CFM_AGENT, ConfigPath(), bus_.address(), name, directory_.path()},
-        "", directory_.File("err"));
+    agent_ = cfm_test::ChildProcess({"/bin/sh", "-c", kRunAtTerminal, CFM_AGENT, ConfigPath(),
+                                     bus_.address(), ptsname(terminal_), directory_.path()},
+                                    "", directory_.File("err"));
     ASSERT_TRUE(WaitUntilShown("server in step"));
   }
   void TearDown() override { close(terminal_); }

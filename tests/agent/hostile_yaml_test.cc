@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <random>
+#include <sstream>
 
 #include "core/yaml_tree.h"
 #include "read_text.h"
@@ -55,8 +56,9 @@ TEST(HostileYaml, AnAliasBomb) {
   std::string text = "a0: &a0 [x, x, x, x, x, x, x, x, x, x]\n";
   for (int i = 1; i < 12; ++i) {
     const std::string last = "*a" + std::to_string(i - 1);
-    const std::string name = "a" + std::to_string(i);
-    text += name + ": &" + name + " [" + Repeat(last + ", ", 9) + last + "]\n";
+    std::ostringstream line;
+    line << 'a' << i << ": &a" << i << " [" << Repeat(last + ", ", 9) << last << "]\n";
+    text += line.str();
   }
   EXPECT_THAT(MistakesIn(text), ElementsAre(HasSubstr("the file has more than 4000000 values")));
 }

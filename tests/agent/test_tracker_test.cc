@@ -24,6 +24,7 @@ class TestTrackerTest : public ::testing::Test {
   static std::vector<std::pair<std::uint32_t, EndReason>> Reasons(
       const std::vector<TestEnd>& ends) {
     std::vector<std::pair<std::uint32_t, EndReason>> reasons;
+    reasons.reserve(ends.size());
     for (const TestEnd& end : ends) {
       reasons.emplace_back(end.test.number, end.reason);
     }
