@@ -53,8 +53,7 @@ void AddOptions(CLI::App& app, Options& options, int& timeout) {
                                  "run this command once the server is in step, and exit; may be "
                                  "given several times")
                       ->type_name("COMMAND")
-                      ->expected(1)
-                      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+                      ->allow_extra_args(false);
   app.add_flag("-i,--interactive", options.interactive,
                "take commands from standard input, with a prompt if it is a terminal")
       ->excludes(execute);
