@@ -251,6 +251,24 @@ TEST_F(Cache, AnEndpointIsReadBackSoThatAnEqualOneIsNotRecreated) {
               ElementsAre("MD_UPDATE D", "MA_UPDATE D A", "MEP_UPDATE D A 1", "STATUS_GET_ALL"));
 }
 
+TEST_F(Cache, NamesOfAnyBytesComeBackAsTheyAre) {
+  const std::string name("\0\xff\xc3 \"", 5);
+  cfm::hierarchy config;
+  config.mds[name].mas[name] = Ma(name, name, {1});
+  client->UpdateConfig(config);
+  client_server::OpCacheSync cache = OneMaCache();
+  cache.mutable_mds(0)->set_md_name(name);
+  cache.mutable_mas(0)->set_md_name(name);
+  cache.mutable_mas(0)->set_ma_name(name);
+  cache.mutable_meps(0)->set_md_name(name);
+  cache.mutable_meps(0)->set_ma_name(name);
+  // Had any of them been read otherwise, something would be created or deleted.
+  EXPECT_THAT(
+      Filter(Reply(cache), "send 77 "),
+      ElementsAre(testing::StartsWith("MD_UPDATE "), testing::StartsWith("MA_UPDATE "),
+                  testing::StartsWith("MEP_UPDATE "), testing::StartsWith("STATUS_GET_ALL")));
+}
+
 TEST_F(Cache, AnEndpointWithoutParentsIsDeletedWithTheParentsMadeUpForIt) {
   client_server::OpCacheSync cache;
   auto& mep = *cache.add_meps();

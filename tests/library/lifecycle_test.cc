@@ -56,6 +56,15 @@ TEST(Lifecycle, LeavesFailedRegistrationsAlone) {
   EXPECT_THAT(deregistered, testing::Not(testing::Contains("STATS_REPLY")));
 }
 
+TEST(Lifecycle, SurvivesAFailedSubscription) {
+  RecordingHost host;
+  host.subscription_works = false;
+  std::optional<cfm::Client> client(std::in_place, host.handle());
+  host.Take();
+  client.reset();
+  EXPECT_EQ(host.Take().front(), "unsubscribe nothing");
+}
+
 using LifecycleDeathTest = testing::Test;
 
 TEST(LifecycleDeathTest, ANullHandleIsFatalBeforeAnythingElse) {
@@ -179,8 +188,12 @@ TEST_F(Presence, AReplyWithoutAServerLeavesTheIdentifierZero) {
   host.Signal(CFM_MGR_S2C_SIG_CACHE_REPLY, "");
   host.Take();
   client->UpdateConfig({});
-  EXPECT_THAT(host.Take(), ElementsAre("log 10 UpdateConfig:100 Server unavailable, request will "
-                                       "be handled later: pid 0 sync 1"));
+  client->UpdateConfigProbe({});
+  EXPECT_THAT(host.Take(),
+              ElementsAre("log 10 UpdateConfig:100 Server unavailable, request will be handled "
+                          "later: pid 0 sync 1",
+                          "log 10 UpdateConfigProbe:113 Server unavailable, request will be "
+                          "handled later: pid 0 sync 1"));
 }
 
 TEST_F(Presence, AServerFoundAgainWithoutALossStaysInStepUnderItsNewIdentifier) {

@@ -40,10 +40,12 @@ class Generator {
     for (unsigned n = Below(4); n > 0; --n) {
       const auto id = Small<std::uint16_t>(4);
       cfm::probe_cfg& probe = config.probes[id];
-      probe = {id, Small<std::uint16_t>(), Name(), Name(), Small<std::uint16_t>(), 1, {}};
+      probe = {id,     Small<std::uint16_t>(), Name(),
+               Name(), Small<std::uint16_t>(), Small<std::uint16_t>(),
+               {}};
       for (unsigned k = Below(3); k > 0; --k) {
-        probe.sessions[Small<std::uint16_t>()] = {Small<std::uint16_t>(), 1, Small<std::uint16_t>(),
-                                                  Small<std::uint8_t>()};
+        probe.sessions[Small<std::uint16_t>()] = {Small<std::uint16_t>(), Small<std::uint16_t>(),
+                                                  Small<std::uint16_t>(), Small<std::uint8_t>()};
       }
     }
     return config;
@@ -81,7 +83,9 @@ class Generator {
     ma.cfg.ccm_interval = Small<cfm::CcmInterval>();
     ma.cfg.mep_ids = Ids();
     ma.cfg.sender_id = Small<cfm::SenderIdTlvContent>();
-    ma.cfg.ais = {Flag(), Small<std::uint8_t>(), Small<std::uint32_t>(), Ids(), 1, Flag()};
+    ma.cfg.mhf_creation = Small<cfm::MhfCreationMode>();
+    ma.cfg.ais = {Flag(), Small<std::uint8_t>(), Small<std::uint32_t>(),
+                  Ids(),  Small<std::uint8_t>(), Flag()};
     for (unsigned n = Below(4); n > 0; --n) {
       const auto id = Small<std::uint16_t>(5);
       ma.meps[id] = {md_name, ma_name, MepSettings(id)};
@@ -168,7 +172,8 @@ void ExpectMep(const client_server::OpCreateMaintenanceEndpoint& held,
 template <typename Key, typename Held>
 std::int32_t ExpectedFormat(const std::map<Key, Held>& before, const std::set<Key>& created,
                             const Key& key, std::int32_t desired) {
-  return created.count(key) != 0 ? desired : before.at(key).format();
+  const auto survivor = before.find(key);
+  return created.count(key) != 0 || survivor == before.end() ? desired : survivor->second.format();
 }
 
 class Model {

@@ -52,6 +52,17 @@ TEST_F(Probes, DeletesCarryTheIdentifiersOnly) {
                                            "DM_PROBE_DELETE probe_id:8"));
 }
 
+TEST_F(Probes, DeletesCarryTheKeyNotTheProbesOwnIdentifier) {
+  cfm::probe config;
+  config.probes[7] = Probe(70, {{3, {}}});
+  config.probes[8] = Probe(80);
+  SentFor(config);
+  config.probes[7].sessions.clear();
+  config.probes.erase(8);
+  EXPECT_THAT(SentFor(config), ElementsAre("DM_SESSION_DELETE probe_id:7 session_id:3",
+                                           "DM_PROBE_DELETE probe_id:8"));
+}
+
 TEST_F(Probes, TheSameSessionIdentifierUnderTwoProbesIsTwoSessions) {
   cfm::probe config;
   config.probes[1] = Probe(1, {{1, {}}});

@@ -210,6 +210,55 @@ TEST_F(Reconcile, AddressesEntitiesByTheNamesTheyHold) {
       ElementsAre("MEP_CREATE m a 5", "MD_UPDATE key", "MA_UPDATE held assoc", "MEP_UPDATE m a 5"));
 }
 
+// A configuration whose entities hold other names and identifiers than their keys.
+cfm::hierarchy Held(const std::string& md_name, const std::string& ma_name, std::uint16_t mep_id) {
+  cfm::hierarchy config;
+  config.mds["D"].mas["A"].md_name = md_name;
+  config.mds["D"].mas["A"].meps[1] = Mep(md_name, ma_name, mep_id);
+  return config;
+}
+
+TEST_F(Reconcile, RecreationDeletesUnderTheOldNamesAndCreatesUnderTheNew) {
+  cfm::hierarchy after = Held("new", "to", 22);
+  after.mds["D"].mas["A"].cfg.vids = {9};
+  EXPECT_THAT(Between(Held("old", "from", 11), after),
+              ElementsAre("MEP_DELETE old from 11", "MA_DELETE old A", "MA_CREATE new A",
+                          "MEP_CREATE new to 22",
+                          // not found under the association that it names now
+                          "MEP_CREATE new to 22", "MD_UPDATE D"));
+}
+
+TEST_F(Reconcile, ARecreatedEndpointIsDeletedUnderItsOldName) {
+  cfm::hierarchy after = Held("new", "A", 22);
+  after.mds["D"].mas["A"].meps[1].cfg.port = 2;
+  EXPECT_THAT(
+      Between(Held("old", "A", 11), after),
+      ElementsAre("MEP_DELETE old A 11", "MEP_CREATE new A 22", "MD_UPDATE D", "MA_UPDATE new A"));
+}
+
+TEST_F(Reconcile, RemovedEntitiesAreDeletedUnderTheNamesTheyHeld) {
+  cfm::hierarchy after = Held("new", "A", 22);
+  after.mds["D"].mas["A"].meps.clear();
+  EXPECT_EQ(Between(Held("old", "A", 11), after).front(), "MEP_DELETE old A 11");
+  after.mds["D"].mas.clear();
+  EXPECT_EQ(Between(Held("old", "A", 11), after).front(), "MA_DELETE old A");
+}
+
+TEST_F(Reconcile, OrdersAssociationsByTheirKeysNotByTheNamesTheyHold) {
+  cfm::hierarchy config;
+  config.mds["D"].mas["A"].md_name = "z";
+  config.mds["E"].mas["A"].md_name = "a";
+  EXPECT_THAT(Between({}, config),
+              ElementsAre("MD_CREATE D", "MD_CREATE E", "MA_CREATE z A", "MA_CREATE a A"));
+  EXPECT_THAT(Brief(Sent([&] { client->UpdateConfig(config); })),
+              ElementsAre("MD_UPDATE D", "MD_UPDATE E", "MA_UPDATE z A", "MA_UPDATE a A"));
+  cfm::hierarchy after = config;
+  after.mds["D"].mas.clear();
+  after.mds["E"].mas.clear();
+  EXPECT_THAT(Brief(Sent([&] { client->UpdateConfig(after); })),
+              ElementsAre("MA_DELETE z A", "MA_DELETE a A", "MD_UPDATE D", "MD_UPDATE E"));
+}
+
 TEST_F(Reconcile, AnEndpointIsLookedUpUnderTheAssociationItNames) {
   cfm::hierarchy before = OneMa({1});
   before.mds["D"].mas["B"] = Ma("D", "B", {2});

@@ -2,29 +2,13 @@
 #include <cfm/client.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <vector>
+#include "record_layout.h"
 
 namespace cfm_test {
 namespace {
 
-using U8 = std::uint8_t;
-using U16 = std::uint16_t;
-using U32 = std::uint32_t;
-using U64 = std::uint64_t;
 using cfm::st_mac;
 using std::string;
-
-// That these are members of just these types, laid out in this order from the very start.
-template <typename Record, typename... Types>
-void ExpectLayout(Types Record::*... members) {
-  const Record record;
-  const auto* const start = reinterpret_cast<const char*>(&record);
-  const std::vector<std::ptrdiff_t> offsets = {
-      (reinterpret_cast<const char*>(&(record.*members)) - start)...};
-  EXPECT_EQ(offsets.front(), 0);
-  EXPECT_TRUE(std::is_sorted(offsets.begin(), offsets.end())) << testing::PrintToString(offsets);
-}
 
 TEST(RecordLayout, LocalMepStatus) {
   using R = cfm::local_mep_status;

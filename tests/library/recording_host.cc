@@ -114,6 +114,15 @@ void RecordingHost::Deregister(const void* callback) {
 
 using cfm_test::RecordingHost;
 
+namespace {
+
+// The handle that the client was made with has to come back in every call.
+std::string Checked(const vorx_t* handle, std::string entry) {
+  return handle == RecordingHost::Current().handle() ? entry : entry + " (wrong handle)";
+}
+
+}  // namespace
+
 // Opaque to the library.
 struct vorx_subscription {
   RecordingHost* host;
@@ -121,32 +130,32 @@ struct vorx_subscription {
 
 extern "C" {
 
-vorx_subscription_t* vorx_proc_subscribe(vorx_t*, const char* process_name,
+vorx_subscription_t* vorx_proc_subscribe(vorx_t* handle, const char* process_name,
                                          vorx_proc_found_cb found, vorx_proc_lost_cb lost,
                                          void* user) {
   RecordingHost& host = RecordingHost::Current();
-  host.Note(std::string("subscribe ") + process_name);
+  host.Note(Checked(handle, std::string("subscribe ") + process_name));
   host.subscription = {found, lost, user};
   host.on_subscribe();
-  return new vorx_subscription{&host};
+  return host.subscription_works ? new vorx_subscription{&host} : nullptr;
 }
 
 void vorx_proc_unsubscribe(vorx_subscription_t** subscription) {
-  (*subscription)->host->Note("unsubscribe");
+  RecordingHost::Current().Note(*subscription == nullptr ? "unsubscribe nothing" : "unsubscribe");
   delete *subscription;
   *subscription = nullptr;
 }
 
-zlog_category_t* vorx_trace_init(vorx_t*, const char* name) {
+zlog_category_t* vorx_trace_init(vorx_t* handle, const char* name) {
   RecordingHost& host = RecordingHost::Current();
-  host.Note(std::string("trace ") + name);
+  host.Note(Checked(handle, std::string("trace ") + name));
   return host.trace_works ? reinterpret_cast<zlog_category_t*>(&host) : nullptr;
 }
 
-vorx_registration_t* vorx_sig_register_sized(vorx_t*, const vorx_sig_descriptor* signal,
+vorx_registration_t* vorx_sig_register_sized(vorx_t* handle, const vorx_sig_descriptor* signal,
                                              vorx_sig_cb callback, void* user) {
-  return reinterpret_cast<vorx_registration_t*>(
-      RecordingHost::Current().Register({cfm_test::NameOf(signal), callback, nullptr, user}));
+  return reinterpret_cast<vorx_registration_t*>(RecordingHost::Current().Register(
+      {Checked(handle, cfm_test::NameOf(signal)), callback, nullptr, user}));
 }
 
 void vorx_sig_deregister(vorx_registration_t** registration) {
@@ -154,10 +163,10 @@ void vorx_sig_deregister(vorx_registration_t** registration) {
   *registration = nullptr;
 }
 
-vorx_eventreg_t* vorx_event_register_sized(vorx_t*, const vorx_event_descriptor* event,
+vorx_eventreg_t* vorx_event_register_sized(vorx_t* handle, const vorx_event_descriptor* event,
                                            vorx_event_cb callback, void* user) {
-  return reinterpret_cast<vorx_eventreg_t*>(
-      RecordingHost::Current().Register({cfm_test::NameOf(event), nullptr, callback, user}));
+  return reinterpret_cast<vorx_eventreg_t*>(RecordingHost::Current().Register(
+      {Checked(handle, cfm_test::NameOf(event)), nullptr, callback, user}));
 }
 
 void vorx_event_deregister(vorx_eventreg_t** registration) {
@@ -165,7 +174,7 @@ void vorx_event_deregister(vorx_eventreg_t** registration) {
   *registration = nullptr;
 }
 
-int vorx_sig_send(vorx_t*, const vorx_pid_t* destination, const vorx_sig_descriptor* signal,
+int vorx_sig_send(vorx_t* handle, const vorx_pid_t* destination, const vorx_sig_descriptor* signal,
                   const void* data, unsigned int length) {
   const std::string name = cfm_test::NameOf(signal);
   if (const auto& on_send = RecordingHost::Current().on_send; on_send) {
@@ -180,7 +189,7 @@ int vorx_sig_send(vorx_t*, const vorx_pid_t* destination, const vorx_sig_descrip
         cfm_test::MessageOf(name), {static_cast<const char*>(data), length});
     entry += fields.empty() ? "" : " " + fields;
   }
-  RecordingHost::Current().Note(entry);
+  RecordingHost::Current().Note(Checked(handle, entry));
   return -1;  // never looked at
 }
 

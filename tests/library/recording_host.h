@@ -55,6 +55,7 @@ class RecordingHost {
   void GetInStep(const client_server::OpCacheSync& cache = {});
 
   // How the host behaves.
+  bool subscription_works = true;
   bool trace_works = true;
   bool dump_level_enabled = true;
   std::function<bool(const std::string& name)> registration_works = [](auto&) { return true; };

@@ -22,6 +22,7 @@ cmake --install "$scratch/build"
 moved=$scratch/moved
 mv "$prefix" "$moved"
 rm -rf "$scratch/build"
+test -n "$(find "$moved" -name 'libcfm_mgr_client_server_pb.so.1')"
 library_dir=$(dirname "$(find "$moved" -name 'libcfm_mgr_client.so.1')")
 
 cmake -S "$consumer" -B "$scratch/found" -G Ninja -DCMAKE_PREFIX_PATH="$moved"
