@@ -17,12 +17,14 @@
  *
  * Threads. The library creates no thread and takes no lock. The middleware calls back on the
  * thread that services the handle; the application must not let a call of its own overlap
- * such a callback. Calling from that same thread, also from inside a handler, is always safe.
+ * such a callback. Calling from that same thread, also from inside a handler, is safe; only
+ * destroying the client from inside a handler is not.
  *
  * Errors. Requests are sent and forgotten: no call reports failure, nothing is retried, and the
- * library throws nothing of its own. What the server makes of the configuration shows in the
- * status it reports. A null handle, a host that cannot set up logging, and a linktrace event
- * that cannot be decoded end the process with exit status 1 after a fault report.
+ * library throws nothing of its own; only a failed allocation passes through. What the server makes
+ * of the configuration shows in the status it reports. A null handle, a host that cannot set up
+ * logging, and a linktrace event that cannot be decoded end the process with exit status 1 after a
+ * fault report.
  */
 #ifndef CFM_CLIENT_H
 #define CFM_CLIENT_H
@@ -55,6 +57,10 @@ class CFM_API Client {
   /**
    * Sets up logging, watches for the server and registers for all it sends. Calls no handler.
    *
+   * A host that cannot set up logging ends the process with exit status 1. A failed allocation
+   * passes through; the host may then still hold the subscription, and must not service the handle
+   * any more.
+   *
    * @param token  the host's middleware handle. Borrowed: it must outlive the client. Null ends
    *               the process with exit status 1.
    */
@@ -83,6 +89,7 @@ class CFM_API Client {
    * Sends the requests that turn what the server is believed to hold into @p config: first all
    * deletes, then all creates, then an update for everything that stays. While the server is
    * absent or not in step, the configuration waits and is sent when it is; of several, the last.
+   * The configuration is logged too, as one record that ends at the first zero byte of a name.
    *
    * @param config  copied before the call returns
    */

@@ -27,8 +27,9 @@ struct delay_measurement_trigger {
 
 /**
  * What one delay-measurement session of a probe found, filled by the library with the
- * server's numbers as they came. The order of members is part of the binary interface,
- * and differs from the order on the wire.
+ * server's numbers as they came; what each of them means is the server's to say. `s_byte`
+ * keeps the low eight bits. The order of members is part of the binary interface, and differs
+ * from the order on the wire.
  */
 struct DelayMeasurementSessionResult {
   std::uint32_t s_word_1 = 0;

@@ -7,6 +7,14 @@
  * with cfm::Client. The library borrows the object: it must stay alive until it is
  * replaced, null is registered in its place, or the client is destroyed.
  *
+ * Names and identifiers are those of the endpoint that a report is about: `md_name`, `ma_name` and
+ * `mep_id` of the local MEP, `remote_mep_id` of the remote one as the local one sees it. A
+ * `request_id` is the one that the application put in the trigger.
+ *
+ * A report that does not decode is handed on as far as it was read; what is missing is zero, false
+ * or empty. MEP identifiers keep their low sixteen bits, and an address that is too short is filled
+ * up with zeros. Only a linktrace event that does not decode is different: it ends the process.
+ *
  * Every operation is called on the thread that services the middleware's handle. Strings
  * and records are valid during the call only; copy what is to be kept. An operation may
  * call any operation of the cfm::Client, also to register another handler in its own
@@ -146,7 +154,14 @@ class CFM_API ReceivedLoopbackHandlerIntf {
   virtual void OnLoopbackReplyRx(std::uint32_t request_id, std::uint32_t transaction_id,
                                  const st_mac& mac) = 0;
 
-  /** A test ended; the counts are the server's final ones. */
+  /**
+   * A test ended; the counts are the server's final ones.
+   *
+   * @param expected_replies       LBMs that were to be answered
+   * @param in_order_replies       LBRs received in sequence
+   * @param out_of_order_replies   LBRs received out of sequence
+   * @param wrong_payload_replies  LBRs whose content differs from the LBM's
+   */
   virtual void OnLoopbackEnded(std::uint32_t request_id, std::uint64_t expected_replies,
                                std::uint64_t in_order_replies, std::uint64_t out_of_order_replies,
                                std::uint64_t wrong_payload_replies) = 0;
@@ -169,7 +184,14 @@ class CFM_API ReceivedDelayMeasurementHandlerIntf {
   /** A DMR was received from @p mac. */
   virtual void OnDelayMeasurementReplyRx(std::uint32_t request_id, const st_mac& mac) = 0;
 
-  /** A measurement ended; the results are in the server's own units. */
+  /**
+   * A measurement ended.
+   *
+   * @param rx_count     DMRs received
+   * @param tx_count     DMMs sent
+   * @param result_1     the first of six results, whose meaning and units are the server's
+   * @param extra_count  a further count of the server's meaning
+   */
   virtual void OnDelayMeasurementEnded(std::uint32_t request_id, std::uint64_t rx_count,
                                        std::uint64_t tx_count, double result_1, double result_2,
                                        double result_3, double result_4, double result_5,

@@ -8,7 +8,10 @@
  * judges it. Ranges and units below are those of IEEE 802.1ag and its MIB.
  *
  * The maps' order, byte-wise by name and numeric by identifier, is the order in which
- * entities are created, updated, deleted and printed.
+ * entities of a kind are created, updated, deleted and printed; only endpoints that are
+ * re-created come before those that are new.
+ *
+ * The application fills these records; the library keeps copies.
  */
 #ifndef CFM_HIERARCHY_H
 #define CFM_HIERARCHY_H
@@ -103,18 +106,19 @@ enum class FaultAction : std::int32_t {
  * `flag_d` are sent.
  */
 struct st_ais_cfg {
-  bool enabled = false;
-  std::uint8_t octet_a = 0;
-  std::uint32_t word_b = 0;
-  std::set<std::uint16_t> id_set;
-  std::uint8_t octet_c = 0;
+  bool enabled = false;            ///< Whether AIS is on.
+  std::uint8_t octet_a = 0;        ///< The server's meaning; sent while enabled.
+  std::uint32_t word_b = 0;        ///< The server's meaning; sent while enabled.
+  std::set<std::uint16_t> id_set;  ///< The server's meaning; sent while enabled, ascending.
+  std::uint8_t octet_c = 0;        ///< The server's meaning; sent while enabled.
   /** Sent whether or not AIS is enabled. */
   bool flag_d = false;
 };
 
 /** Settings of a maintenance endpoint. */
 struct st_maintenance_endpoint_cfg {
-  /** MEP identifier, 1 to 8191. Meant to equal the MEP's key; this one is what is sent. */
+  /** MEP identifier (dot1agCfmMepIdentifier), 1 to 8191. Meant to equal the MEP's key; this one is
+   * what is sent. */
   std::uint16_t mep_id = 0;
   /** A change re-creates the MEP. */
   MepDirection direction{};
@@ -130,11 +134,17 @@ struct st_maintenance_endpoint_cfg {
   bool ccm_enabled = false;
   /** Priority of sent CCMs and LTMs, 0 to 7. */
   std::uint8_t ccm_priority = 0;
-  /** Lowest-priority defect that may raise an alarm. */
+  /** Lowest-priority defect that may raise an alarm (dot1agCfmMepLowPrDef). */
   Defects lowest_prio_defect{};
-  /** Time a defect must last to raise an alarm, in hundredths of a second, 250 to 1000. */
+  /**
+   * Time a defect must last to raise an alarm, in hundredths of a second, 250 to 1000
+   * (dot1agCfmMepFngAlarmTime).
+   */
   std::uint16_t fng_alarm_time = 0;
-  /** Time without a defect that clears an alarm, in hundredths of a second, 250 to 1000. */
+  /**
+   * Time without a defect that clears an alarm, in hundredths of a second, 250 to 1000
+   * (dot1agCfmMepFngResetTime).
+   */
   std::uint16_t fng_reset_time = 0;
   /** What a fault does to the port. */
   FaultAction fault_action{};
@@ -158,11 +168,15 @@ struct CFM_API st_maintenance_association_cfg {
    * duplicates are kept; a change of either re-creates the MA and its MEPs.
    */
   std::vector<std::uint16_t> vids;
+  /** Interval between the CCMs of the MA's MEPs (dot1agCfmMaNetCcmInterval). */
   CcmInterval ccm_interval{};
   /** Identifiers of all MEPs of the MA, local and remote (dot1agCfmMaMepListTable). */
   std::set<std::uint16_t> mep_ids;
+  /** Sender ID TLV of frames of the MA (dot1agCfmMaCompIdPermission). */
   SenderIdTlvContent sender_id{};
+  /** MIP half functions of the MA (dot1agCfmMaCompMhfCreation). */
   MhfCreationMode mhf_creation{};
+  /** Alarm indication signal settings of the MA. */
   st_ais_cfg ais;
 };
 
@@ -172,7 +186,9 @@ struct st_maintenance_domain_cfg {
   MdNameFormat format{};
   /** MD level, 0 to 7. A change re-creates the MD and all it holds. */
   std::uint8_t level = 0;
+  /** Sender ID TLV of frames of MAs that defer to the MD (dot1agCfmMdIdPermission). */
   SenderIdTlvContent sender_id{};
+  /** MIP half functions of MAs that defer to the MD (dot1agCfmMdMhfCreation). */
   MhfCreationMode mhf_creation{};
 };
 
@@ -181,23 +197,23 @@ struct st_maintenance_domain_cfg {
  * the maps it lies in, so whoever builds a hierarchy fills them.
  */
 struct hierarchy_mep {
-  std::string md_name;  ///< Name of the owning MD.
-  std::string ma_name;  ///< Name of the owning MA.
-  st_maintenance_endpoint_cfg cfg;
+  std::string md_name;              ///< Name of the owning MD.
+  std::string ma_name;              ///< Name of the owning MA.
+  st_maintenance_endpoint_cfg cfg;  ///< The MEP's settings.
 };
 
 /** A maintenance association and its endpoints. */
 struct hierarchy_ma {
   /** Name of the owning MD: requests for the MA carry this, not the MD's key. */
   std::string md_name;
-  st_maintenance_association_cfg cfg;
+  st_maintenance_association_cfg cfg;  ///< The MA's settings.
   /** The MA's local MEPs by MEP identifier. */
   std::map<std::uint16_t, hierarchy_mep> meps;
 };
 
 /** A maintenance domain and its associations. */
 struct hierarchy_md {
-  st_maintenance_domain_cfg cfg;
+  st_maintenance_domain_cfg cfg;  ///< The MD's settings.
   /** The MD's associations by name. A name may hold any bytes. */
   std::map<std::string, hierarchy_ma> mas;
 };

@@ -3,8 +3,8 @@
  * Proactive delay measurement (ITU-T Y.1731 DMM/DMR): probes, each between a local and
  * a remote MEP, and their measurement sessions.
  *
- * Plain values. The library checks nothing and leaves the units of the intervals and the
- * meaning of `count` and `size` to the server.
+ * Plain values that the application fills and the library copies. The library checks nothing and
+ * leaves the units of the intervals and the meaning of `count` and `size` to the server.
  */
 #ifndef CFM_PROBE_H
 #define CFM_PROBE_H

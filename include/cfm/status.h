@@ -2,8 +2,10 @@
  * @file
  * Status of local and remote MEPs, as the server reports it.
  *
- * Numbers are the server's, passed through as they come. The values named here are those
- * of the IEEE 802.1ag MIB.
+ * The library fills these records. Numbers are the server's, passed through as they come; the
+ * values named here are those of the IEEE 802.1ag MIB. What the server leaves out is zero, false
+ * or empty, an interface status keeps its low eight bits, and an address that is too short is
+ * filled up with zeros.
  */
 #ifndef CFM_STATUS_H
 #define CFM_STATUS_H
@@ -17,12 +19,12 @@ namespace cfm {
 
 /** Status of a local MEP. The defects stand in the standard's order of priority. */
 struct local_mep_status {
-  st_mac mac;
-  bool rdi = false;              ///< The MEP sends RDI in its CCMs.
-  std::uint8_t intf_status = 0;  ///< Interface status: up 1, down 2, testing 3, ...
-  std::uint32_t port_state = 0;  ///< Port status: blocked 1, up 2.
-  std::uint32_t block_state = 0;
-  std::uint32_t shutdown_state = 0;
+  st_mac mac;                        ///< Address of the MEP (dot1agCfmMepMacAddress).
+  bool rdi = false;                  ///< The MEP sends RDI in its CCMs.
+  std::uint8_t intf_status = 0;      ///< Interface status: up 1, down 2, testing 3, ...
+  std::uint32_t port_state = 0;      ///< Port status: blocked 1, up 2.
+  std::uint32_t block_state = 0;     ///< Whether the port is blocked; the server's codes.
+  std::uint32_t shutdown_state = 0;  ///< Whether the port is shut down; the server's codes.
   std::uint32_t highest_defect_priority = 0;  ///< None 0 to cross-connect CCM 5.
   bool defect_rdi = false;                    ///< Some remote MEP sends RDI.
   bool defect_mac_status = false;             ///< Some remote MEP reports its port not up.
@@ -34,13 +36,14 @@ struct local_mep_status {
 
 /** Status of a remote MEP as one local MEP sees it. */
 struct remote_mep_status {
-  std::uint32_t fsm_state = 0;           ///< Remote MEP state: idle 1, start 2, failed 3, ok 4.
-  std::uint64_t last_change_uptime = 0;  ///< System uptime at the last change of state.
-  st_mac mac;                            ///< Source address of its last CCM.
-  bool rdi = false;                      ///< Its last CCM carried RDI.
-  std::uint32_t port_state = 0;          ///< Port status TLV: blocked 1, up 2.
-  std::uint8_t intf_status = 0;          ///< Interface status TLV: up 1, down 2, ...
-  std::string sender_id;                 ///< Sender ID TLV as text.
+  std::uint32_t fsm_state = 0;  ///< Remote MEP state: idle 1, start 2, failed 3, ok 4.
+  std::uint64_t last_change_uptime =
+      0;                         ///< System uptime at the last change of state; the server's unit.
+  st_mac mac;                    ///< Source address of its last CCM.
+  bool rdi = false;              ///< Its last CCM carried RDI.
+  std::uint32_t port_state = 0;  ///< Port status TLV: blocked 1, up 2.
+  std::uint8_t intf_status = 0;  ///< Interface status TLV: up 1, down 2, ...
+  std::string sender_id;         ///< Sender ID TLV as text.
 };
 
 }  // namespace cfm

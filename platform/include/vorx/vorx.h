@@ -110,7 +110,8 @@ void vorx_event_deregister(vorx_eventreg_t** registration);
 
 /**
  * Sends one signal to one process. Signals between two processes arrive in the
- * order in which they were sent.
+ * order in which they were sent. May wait, but calls nobody back meanwhile: the
+ * client library sends while it walks its own state.
  *
  * @param destination  the process to send to; 0 reaches nobody
  * @param data         the bytes to carry, copied before the call returns; may be
