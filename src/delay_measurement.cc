@@ -75,6 +75,7 @@ void ClientImpl::HandleDelayMeasurementEnded(vorx_t* /*handle*/, void* user, voi
   }
 }
 
+// Parsed with or without a handler; never logged.
 void ClientImpl::HandleDelayMeasurementSessionEnded(vorx_t* /*handle*/, void* user, void* data,
                                                     unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);

@@ -40,6 +40,7 @@ void ClientImpl::LinktraceTrigger(const linktrace_trigger& trigger) {
                                          core::LinktraceRequest(trigger));
 }
 
+// Logged first; not even parsed without a handler.
 void ClientImpl::HandleLinktraceTriggerError(vorx_t* /*handle*/, void* user,
                                              const vorx_pid_t* /*sender*/, void* data,
                                              unsigned length) {
@@ -52,6 +53,7 @@ void ClientImpl::HandleLinktraceTriggerError(vorx_t* /*handle*/, void* user,
   self.linktrace_handler->OnLinktraceTriggerError(core::LinktraceError(message));
 }
 
+// Fatal if not whole; logged, then both handlers.
 void ClientImpl::HandleMepLinktraceStarted(vorx_t* /*handle*/, void* user, void* data,
                                            unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
@@ -74,6 +76,7 @@ void ClientImpl::HandleMepLinktraceStarted(vorx_t* /*handle*/, void* user, void*
   call(self.linktrace_handler);
 }
 
+// Fatal if not whole; logged, then both handlers.
 void ClientImpl::HandleMepLinktraceEnded(vorx_t* /*handle*/, void* user, void* data,
                                          unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
@@ -92,6 +95,7 @@ void ClientImpl::HandleMepLinktraceEnded(vorx_t* /*handle*/, void* user, void* d
   call(self.linktrace_handler);
 }
 
+// Fatal if not whole; rendered and logged only if the level is on, then both handlers.
 void ClientImpl::HandleMepLinktraceReplyRx(vorx_t* /*handle*/, void* user, void* data,
                                            unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);

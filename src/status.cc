@@ -1,7 +1,7 @@
 // Status and removal of endpoints.
 //
-// All four: nothing at all without a status handler; what does not parse is used as far as it was
-// read; the record in the log comes before the call.
+// All four callbacks alike: nothing at all without a status handler; what does not parse is used as
+// far as it was read; the record in the log comes before the call.
 #include <cfm/client_server.pb.h>
 
 #include "client_impl.h"

@@ -5,8 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -40,7 +43,12 @@ bool IsUntouched(const Member& member) {
 /// that they start as zero, false or empty.
 template <typename Record, typename... Types>
 void ExpectLayout(Types Record::*... members) {
-  const Record record;
+  // Made where every bit was set, so that a member without a default shows.
+  alignas(Record) std::array<unsigned char, sizeof(Record)> memory{};
+  memory.fill(0xff);
+  const auto destroy = [](Record* record) { record->~Record(); };
+  const std::unique_ptr<Record, decltype(destroy)> owner(new (memory.data()) Record, destroy);
+  const Record& record = *owner;
   const auto* const start = reinterpret_cast<const char*>(&record);
   const std::vector<std::ptrdiff_t> offsets = {
       (reinterpret_cast<const char*>(&(record.*members)) - start)...};

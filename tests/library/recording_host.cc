@@ -230,7 +230,10 @@ int sepan_to_intfname(sepan_port_t port, char* buffer, size_t size) {
 
 sepan_interface_t sepan_from_ifindex(uint32_t ifindex) { return {ifindex - 1000}; }
 
-int zlog_level_enabled(zlog_category_t*, const int level) {
+int zlog_level_enabled(zlog_category_t* category, const int level) {
+  if (category != reinterpret_cast<zlog_category_t*>(&RecordingHost::Current())) {
+    RecordingHost::Current().Note("level asked of the wrong category");
+  }
   return level != 11 || RecordingHost::Current().dump_level_enabled ? 1 : 0;
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <regex>
 #include <sstream>
+#include <stdexcept>
 
 namespace cfm_test {
 namespace {
@@ -110,6 +111,9 @@ Schema::Schema(const std::string& source) {
     } else if (message != nullptr && std::regex_match(line, match, field_line)) {
       (*message)[static_cast<unsigned>(std::stoul(match[4]))] = {match[1], match[2], match[3],
                                                                  match[5]};
+    } else if (message != nullptr && line.find('=') != std::string::npos &&
+               line.find("//") == std::string::npos) {
+      throw std::invalid_argument("not a field that the schema may hold: " + line);
     }
   }
 }
