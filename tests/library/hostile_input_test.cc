@@ -52,6 +52,23 @@ TEST_P(HostileInput, NullDataIsAnEmptyMessage) {
   EXPECT_EQ(record, RecordOf(GetParam(), ""));
 }
 
+TEST_P(HostileInput, TruncationsDoNoHarmWithoutHandlersEither) {
+  const std::string& bytes = GetParam().bytes;
+  for (std::size_t length = 0; length < bytes.size(); ++length) {
+    const Report::Reread reread = GetParam().reread(bytes.substr(0, length));
+    if (!reread.whole && IsLinktraceEvent(GetParam())) {
+      continue;  // fatal with or without handlers
+    }
+    const auto record = [&](const std::string& payload) {
+      RecordingHost host;
+      const cfm::Client client(host.handle());
+      GetParam().Deliver(host, payload);
+      return host.Take();
+    };
+    EXPECT_EQ(record(bytes.substr(0, length)), record(reread.bytes));
+  }
+}
+
 TEST_P(HostileInput, EveryTruncationIsUsedAsFarAsItWasRead) {
   const std::string& bytes = GetParam().bytes;
   for (std::size_t length = 0; length < bytes.size(); ++length) {

@@ -1,5 +1,5 @@
-// What delivering a linktrace reply allocates and frees. A program of its own, because it replaces
-// the allocation functions.
+// What the callbacks allocate and free: which reports are parsed at all, which are rendered. A
+// program of its own, because it replaces the allocation functions.
 #include <cfm/identifiers.h>
 
 #include <algorithm>
@@ -12,10 +12,13 @@
 
 namespace {
 
+constexpr std::size_t kLarge = 10000;
+
 // Must not allocate itself.
 struct Watch {
   bool on = false;
   std::size_t largest = 0;
+  std::size_t large = 0;  // how many blocks of at least kLarge octets
   std::size_t frees = 0;
   std::array<const void*, 4096> freed{};
 } watch;
@@ -25,6 +28,7 @@ struct Watch {
 void* operator new(std::size_t size) {
   if (watch.on) {
     watch.largest = std::max(watch.largest, size);
+    watch.large += size >= kLarge ? 1U : 0U;
   }
   if (void* const block = std::malloc(size); block != nullptr) {
     return block;
@@ -44,7 +48,7 @@ void operator delete(void* block, std::size_t) noexcept { operator delete(block)
 namespace cfm_test {
 namespace {
 
-void StartWatch() { watch = {true, 0, 0, {}}; }
+void StartWatch() { watch = {true, 0, 0, 0, {}}; }
 
 void StopWatch() { watch.on = false; }
 
@@ -99,6 +103,32 @@ TEST_F(LinktraceReplyAllocation, AnEntryEndsWithItsCallbackItsPartsInTheirOrder)
   EXPECT_LT(Freed(handler.parts[0]), Freed(handler.parts[1]));
   EXPECT_LT(Freed(handler.parts[1]), Freed(handler.parts[2]));
   EXPECT_LT(Freed(handler.parts[2]), static_cast<std::ptrdiff_t>(watch.frees));
+}
+
+class ParsingWithoutHandlers : public ClientTest {
+ protected:
+  // Large blocks while a report with a large field that nobody knows is delivered.
+  std::size_t LargeBlocks(const Report& report) {
+    std::string payload = report.bytes + "\xc2\x3e\x90\x4e";  // field 1000, 10000 octets
+    payload.append(kLarge, 'x');
+    StartWatch();
+    report.Deliver(host, payload);
+    StopWatch();
+    return watch.large;
+  }
+};
+
+// The host copies the payload, and the library does so only to parse it.
+TEST_F(ParsingWithoutHandlers, HappensOnlyForReportsThatAreLoggedOrActedUponAnyway) {
+  for (const Report& report : AllReports()) {
+    const std::string& name = report.name;
+    const bool unparsed = name == "STATS_REPLY" || name == "LT_TRIGGER_ERROR" ||
+                          name.find("STATUS_") == 0 || name.find("REMOVED_") == 0;
+    constexpr std::size_t host_copies = 2;
+    const std::size_t blocks = LargeBlocks(report);
+    EXPECT_EQ(blocks == host_copies, unparsed) << name << ": " << blocks;
+    EXPECT_GE(blocks, host_copies) << name;
+  }
 }
 
 }  // namespace
