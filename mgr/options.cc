@@ -9,15 +9,21 @@ Options ParseOptions(int argc, char** argv) {
   Options options;
   CLI::App app(
       "CFM Manager: keeps the CFM configuration that clients send.\n"
-      "SIGUSR1 prints it on standard output, SIGTERM and SIGINT end the server.");
+      "SIGUSR1 prints it on standard output, SIGTERM, SIGINT and SIGHUP end the server.");
   app.set_version_flag("--version", CFM_MGR_VERSION);
-  app.add_option("--bus", options.bus, "Address of the message bus")->type_name("ADDRESS");
+  app.add_option(
+         "--bus", options.bus,
+         "Address of the message bus; otherwise VORX_BUS_ADDRESS or DBUS_SESSION_BUS_ADDRESS")
+      ->type_name("ADDRESS");
   app.add_option("--log-config", options.log_config,
                  "Log as this zlog configuration says, not to standard error")
       ->type_name("FILE")
       ->check(CLI::ExistingFile);
   auto* store = app.add_option("--store", options.store, "Keep the configuration in this file too")
-                    ->type_name("FILE");
+                    ->type_name("FILE")
+                    ->check([](const std::string& path) {
+                      return path.empty() ? std::string("names no file") : std::string();
+                    });
   auto* query = app.add_flag("--query", options.query,
                              "Print the configuration of the server that runs, and exit");
   app.add_option("--timeout", options.timeout, "How long a query waits for the server")

@@ -4,7 +4,9 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <iostream>
+#include <limits>
 #include <string>
 
 #include "render.h"
@@ -31,8 +33,18 @@ Process::Process(const Options& options)
     entries_.push_back({this, &request});
     Register(handle_, *request.signal, Receive, &entries_.back());
   }
+  RegisterUnknown();
   logger_.Write("serving as " + std::string(CFM_MGR_PROCESS) + ", process " +
                 std::to_string(vorx_self(handle_.get())) + ": " + RenderSize(server_.tree()));
+}
+
+void Process::RegisterUnknown() {
+  const auto highest = static_cast<unsigned>(Server::Requests().size());
+  for (unsigned number = highest + 1; number <= std::numeric_limits<std::uint8_t>::max();
+       ++number) {
+    unknown_.push_back({this, {CFM_MGR_C2S_SIGBLOCK, static_cast<std::uint8_t>(number), {}}});
+    Register(handle_, unknown_.back().signal, ReceiveUnknown, &unknown_.back());
+  }
 }
 
 void Process::Run() {
@@ -52,6 +64,14 @@ void Process::Receive(vorx_t* /*handle*/, void* user, const vorx_pid_t* sender, 
   Process& process = *entry.process;
   const std::string_view payload(static_cast<const char*>(data), length);
   if (process.server_.Handle(*entry.request, *sender, payload)) process.keeper_.Change();
+}
+
+void Process::ReceiveUnknown(vorx_t* /*handle*/, void* user, const vorx_pid_t* sender,
+                             void* /*data*/, unsigned int length) {
+  const Unknown& unknown = *static_cast<const Unknown*>(user);
+  unknown.process->logger_.Write(
+      "client " + std::to_string(*sender) + ": request " + std::to_string(unknown.signal.number) +
+      " of " + std::to_string(length) + " octets: refused: this server knows no such request");
 }
 
 bool Process::HandleSignals() const {

@@ -26,7 +26,7 @@ class Process {
   explicit Process(const Options& options);
 
   /**
-   * Serves until SIGTERM or SIGINT.
+   * Serves until SIGTERM, SIGINT or SIGHUP.
    *
    * @throws std::exception with a text for the user, when the bus goes away or the last changes
    *         could not be saved
@@ -43,6 +43,17 @@ class Process {
   static void Receive(vorx_t* handle, void* user, const vorx_pid_t* sender, void* data,
                       unsigned int length);
 
+  /** What the callback of a signal that is no request needs to know. */
+  struct Unknown {
+    Process* process;
+    vorx_sig_descriptor signal;
+  };
+
+  /** Takes the rest of the block's signals too, so that none of them is refused silently. */
+  void RegisterUnknown();
+  static void ReceiveUnknown(vorx_t* handle, void* user, const vorx_pid_t* sender, void* data,
+                             unsigned int length);
+
   /** Does what the signals to this process ask for; false when it is to end. */
   bool HandleSignals() const;
 
@@ -58,6 +69,7 @@ class Process {
   StoreKeeper keeper_;
   Server server_;
   std::deque<Entry> entries_;
+  std::deque<Unknown> unknown_;
   SaveSchedule::Clock::time_point round_start_ = SaveSchedule::Clock::now();
 };
 

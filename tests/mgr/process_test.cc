@@ -132,12 +132,23 @@ TEST_F(ProcessTest, LogsEachRequestWithTimeAndClient) {
                          "\n[0-9]+-[0-9]+-[0-9]+ [0-9]+:[0-9]+:[0-9]+\\.[0-9]+ client "));
 }
 
-TEST_F(ProcessTest, EndsCleanlyOnSigtermAndSigint) {
-  for (const int signal : {SIGTERM, SIGINT}) {
+TEST_F(ProcessTest, EndsCleanlyOnSigtermSigintAndSighup) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     Start();
     EXPECT_EQ(Stop(signal), 0);
     EXPECT_THAT(Log(), EndsWith(" ended\n"));
   }
+}
+
+TEST_F(ProcessTest, LogsRequestsThatItDoesNotKnow) {
+  Start();
+  for (const std::uint8_t number : {std::uint8_t{21}, std::uint8_t{255}}) {
+    const vorx_sig_descriptor unknown{CFM_MGR_C2S_SIGBLOCK, number, {}};
+    EXPECT_EQ(client_.Send(presence_.present(), unknown, "abc"), 0);
+  }
+  EXPECT_EQ(Tree(), kEmptyTree);
+  EXPECT_THAT(Log(), HasSubstr("request 21 of 3 octets: refused: this server knows no such"));
+  EXPECT_THAT(Log(), HasSubstr("request 255 of 3 octets: refused: this server knows no such"));
 }
 
 TEST_F(ProcessTest, PrintsItsTreeOnSigusr1) {
@@ -318,6 +329,8 @@ TEST_F(ProcessTest, TakesTensOfThousandsOfRequestsInOneRun) {
 TEST_F(ProcessTest, AMistakeOnTheCommandLineIsReported) {
   EXPECT_EQ(Run({"--no-such-option"}, "tree", "log").Wait(), 2);
   EXPECT_THAT(Log(), HasSubstr("--no-such-option"));
+  EXPECT_EQ(Run({"--store", ""}, "tree", "log").Wait(), 2);
+  EXPECT_THAT(Log(), HasSubstr("--store: names no file"));
 }
 
 }  // namespace
