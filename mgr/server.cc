@@ -196,12 +196,12 @@ Outcome Server::RefuseTest(vorx_pid_t client, std::string_view payload,
   error_key.set_mep_id(key.mep_id());
   error_key.set_remote_mep_id(key.remote_mep_id());
   error.set_error_code(static_cast<std::uint32_t>(code));
-  Outcome outcome = Reply(client, signal, error,
-                          std::string(Describe(code)) + " (error " +
-                              std::to_string(static_cast<std::uint32_t>(code)) + ")");
+  const std::string reason = std::string(Describe(code)) + " (error " +
+                             std::to_string(static_cast<std::uint32_t>(code)) + ")";
+  const Outcome reply = Reply(client, signal, error, reason);
+  Outcome outcome = Refused(reply.refused ? reason + "; " + reply.text : reason);
   outcome.subject = NameMep(key).subject + " remote mep " + std::to_string(key.remote_mep_id()) +
                     " request " + std::to_string(key.request_id());
-  outcome.refused = true;
   return outcome;
 }
 

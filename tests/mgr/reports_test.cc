@@ -240,68 +240,117 @@ TEST_F(ReportsTest, AStatisticsClearTellsItsScope) {
             R"(client 7: statistics clear: md "D2" ma "A1" mep 2: cleared, covers 0 endpoints)");
 }
 
-/** A test trigger for a MEP of D1/A1 with request id 77. */
-template <class Key>
-void SetKey(Key& key, std::uint32_t mep_id, std::uint32_t remote_mep_id) {
+// Where a trigger and its refusal keep whom they name: a part of its own for the linktrace.
+
+template <class Message>
+Message& KeyOf(Message& message) {
+  return message;
+}
+auto& KeyOf(client_server::OpLinktraceTriggerMsg& trigger) { return *trigger.mutable_key(); }
+auto& KeyOf(client_server::OpLinktraceTriggerError& error) { return *error.mutable_key(); }
+
+/** A trigger from and to a MEP of D1/A1 with request id 77. */
+template <class Trigger>
+std::string TriggerBytes(std::uint32_t mep_id, std::uint32_t remote_mep_id) {
+  Trigger trigger;
+  auto& key = KeyOf(trigger);
   key.set_md_name("D1");
   key.set_ma_name("A1");
   key.set_request_id(77);
   key.set_mep_id(mep_id);
   key.set_remote_mep_id(remote_mep_id);
+  return trigger.SerializeAsString();
 }
 
-template <class Key>
-void ExpectKey(const Key& key, std::uint32_t mep_id, std::uint32_t remote_mep_id) {
-  EXPECT_EQ(key.md_name(), "D1");
-  EXPECT_EQ(key.ma_name(), "A1");
-  EXPECT_EQ(key.request_id(), 77U);
-  EXPECT_EQ(key.mep_id(), mep_id);
-  EXPECT_EQ(key.remote_mep_id(), remote_mep_id);
+/** A refusal's key and code as one text. */
+template <class Error>
+std::string BriefError(const std::string& payload) {
+  Error error;
+  if (!error.ParseFromString(payload)) return "unreadable";
+  const auto& key = KeyOf(error);
+  return key.md_name() + '/' + key.ma_name() + " mep " + std::to_string(key.mep_id()) + " to " +
+         std::to_string(key.remote_mep_id()) + " request " + std::to_string(key.request_id()) +
+         " error " + std::to_string(error.error_code());
 }
 
-TEST_F(ReportsTest, RefusesALinktraceToItsSender) {
-  client_server::OpLinktraceTriggerMsg trigger;
-  SetKey(*trigger.mutable_key(), 1, 3);
-  trigger.set_ttl(64);
-  Send(CFM_MGR_C2S_SIG_LT_TRIGGER, trigger);
-  EXPECT_EQ(environment_.Line(),
-            R"(client 7: linktrace: md "D1" ma "A1" mep 1 remote mep 3 request 77: refused: )"
-            "this server does not run tests yet (error 3)");
-  ASSERT_THAT(environment_.sent, SizeIs(1));
-  EXPECT_EQ(environment_.sent[0].client, kClient);
-  EXPECT_EQ(environment_.sent[0].signal, CFM_MGR_S2C_SIG_LT_TRIGGER_ERROR);
-  client_server::OpLinktraceTriggerError error;
-  ASSERT_TRUE(error.ParseFromString(environment_.sent[0].payload));
-  ExpectKey(error.key(), 1, 3);
-  EXPECT_EQ(error.error_code(), static_cast<std::uint32_t>(TriggerError::NotSupported));
+/** One kind of test. */
+struct TestKind {
+  const char* title;
+  const vorx_sig_descriptor* trigger;
+  const vorx_sig_descriptor* error;
+  std::string (*trigger_bytes)(std::uint32_t mep_id, std::uint32_t remote_mep_id);
+  std::string (*brief_error)(const std::string& payload);
+};
+
+const std::vector<TestKind>& TestKinds() {
+  using namespace client_server;  // NOLINT(google-build-using-namespace): the table's messages
+  static const std::vector<TestKind> kKinds = {
+      {"linktrace", CFM_MGR_C2S_SIG_LT_TRIGGER, CFM_MGR_S2C_SIG_LT_TRIGGER_ERROR,
+       &TriggerBytes<OpLinktraceTriggerMsg>, &BriefError<OpLinktraceTriggerError>},
+      {"loopback", CFM_MGR_C2S_SIG_LB_TRIGGER, CFM_MGR_S2C_SIG_LB_TRIGGER_ERROR,
+       &TriggerBytes<OpLoopbackTriggerMsg>, &BriefError<OpLoopbackTriggerError>},
+      {"delay measurement", CFM_MGR_C2S_SIG_DM_TRIGGER, CFM_MGR_S2C_SIG_DM_TRIGGER_ERROR,
+       &TriggerBytes<OpDelayMeasurementTriggerMsg>, &BriefError<OpDelayMeasurementTriggerError>},
+  };
+  return kKinds;
 }
 
-TEST_F(ReportsTest, RefusesALoopbackFromAnUnknownEndpoint) {
-  client_server::OpLoopbackTriggerMsg trigger;
-  SetKey(trigger, 3, 1);
-  Send(CFM_MGR_C2S_SIG_LB_TRIGGER, trigger);
-  EXPECT_EQ(environment_.Line(),
-            R"(client 7: loopback: md "D1" ma "A1" mep 3 remote mep 1 request 77: refused: )"
-            "no such endpoint (error 1)");
-  ASSERT_THAT(environment_.sent, SizeIs(1));
-  EXPECT_EQ(environment_.sent[0].signal, CFM_MGR_S2C_SIG_LB_TRIGGER_ERROR);
-  client_server::OpLoopbackTriggerError error;
-  ASSERT_TRUE(error.ParseFromString(environment_.sent[0].payload));
-  ExpectKey(error, 3, 1);
-  EXPECT_EQ(error.error_code(), static_cast<std::uint32_t>(TriggerError::UnknownMep));
+/** Why a test from one MEP to another is refused. */
+struct Refusal {
+  const char* what;
+  std::uint32_t mep_id;
+  std::uint32_t remote_mep_id;
+  TriggerError code;
+  const char* text;
+};
+
+const std::vector<Refusal>& Refusals() {
+  static constexpr const char* kNoRemote =
+      "the association's MEP list holds no such other endpoint (error 2)";
+  static const std::vector<Refusal> kRefusals = {
+      {"a MEP that is not local", 3, 1, TriggerError::UnknownMep, "no such endpoint (error 1)"},
+      {"a remote MEP that is not on the list", 1, 9, TriggerError::UnknownRemoteMep, kNoRemote},
+      {"a MEP to itself", 1, 1, TriggerError::UnknownRemoteMep, kNoRemote},
+      {"MEPs that are there", 1, 3, TriggerError::NotSupported,
+       "this server does not run tests yet (error 3)"},
+  };
+  return kRefusals;
 }
 
-TEST_F(ReportsTest, RefusesADelayMeasurementToAnUnknownRemoteEndpoint) {
-  client_server::OpDelayMeasurementTriggerMsg trigger;
-  for (const std::uint32_t remote : {9U, 1U}) {
-    SetKey(trigger, 1, remote);
-    Send(CFM_MGR_C2S_SIG_DM_TRIGGER, trigger);
-    EXPECT_EQ(environment_.sent.back().signal, CFM_MGR_S2C_SIG_DM_TRIGGER_ERROR);
-    client_server::OpDelayMeasurementTriggerError error;
-    ASSERT_TRUE(error.ParseFromString(environment_.sent.back().payload));
-    ExpectKey(error, 1, remote);
-    EXPECT_EQ(error.error_code(), static_cast<std::uint32_t>(TriggerError::UnknownRemoteMep));
+std::string LogLine(const TestKind& kind, const Refusal& refusal) {
+  return std::string("client 7: ") + kind.title + R"(: md "D1" ma "A1" mep )" +
+         std::to_string(refusal.mep_id) + " remote mep " + std::to_string(refusal.remote_mep_id) +
+         " request 77: refused: " + refusal.text;
+}
+
+TEST_F(ReportsTest, RefusesEveryKindOfTestToItsSenderWithTheReason) {
+  for (const TestKind& kind : TestKinds()) {
+    for (const Refusal& refusal : Refusals()) {
+      SCOPED_TRACE(std::string(kind.title) + ", " + refusal.what);
+      environment_.sent.clear();
+      EXPECT_FALSE(
+          SendBytes(kind.trigger, kind.trigger_bytes(refusal.mep_id, refusal.remote_mep_id)));
+      EXPECT_EQ(environment_.Line(), LogLine(kind, refusal));
+      ASSERT_THAT(environment_.sent, SizeIs(1));
+      EXPECT_EQ(environment_.sent[0].client, kClient);
+      EXPECT_EQ(environment_.sent[0].signal, kind.error);
+      EXPECT_EQ(kind.brief_error(environment_.sent[0].payload),
+                "D1/A1 mep " + std::to_string(refusal.mep_id) + " to " +
+                    std::to_string(refusal.remote_mep_id) + " request 77 error " +
+                    std::to_string(static_cast<std::uint32_t>(refusal.code)));
+    }
   }
+}
+
+TEST_F(ReportsTest, ARefusalThatCannotBeSentIsLoggedWithItsReason) {
+  environment_.send_fault = "no such process";
+  for (const TestKind& kind : TestKinds()) {
+    for (const Refusal& refusal : Refusals()) {
+      SendBytes(kind.trigger, kind.trigger_bytes(refusal.mep_id, refusal.remote_mep_id));
+      EXPECT_EQ(environment_.Line(), LogLine(kind, refusal) + "; cannot reply: no such process");
+    }
+  }
+  EXPECT_THAT(environment_.sent, IsEmpty());
 }
 
 TEST_F(ReportsTest, ATriggerThatCannotBeReadIsLoggedOnly) {
