@@ -1,14 +1,17 @@
 #include "shell/terminal.h"
 
-#include <poll.h>
 #include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cwchar>
 #include <iostream>
 #include <system_error>
+
+#include "shell/keys.h"
 
 namespace cfm_agent {
 namespace {
@@ -19,10 +22,9 @@ constexpr const char* kClearLine = "\r\x1b[K";
 // What the editor makes of the key for the end of input.
 constexpr const char* kEndOfInput = "\x04";
 
-bool IsGone(int terminal) {
-  pollfd fd = {terminal, 0, 0};
-  return poll(&fd, 1, 0) > 0 && (fd.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
-}
+// How soon a key's other bytes follow its first ones. What comes later is another key: the first
+// was Escape alone, or another that only begins a longer one.
+constexpr std::chrono::milliseconds kKeyTime{500};
 
 char* Prompt(EditLine* /*editor*/) {
   static std::string prompt = "cfm-agent> ";
@@ -76,21 +78,64 @@ void Terminal::SetUpEditor() {
   el_set(editor, EL_HIST, history, history_.get());
   el_set(editor, EL_ADDFN, "complete-word", "Completes the word before the cursor", &OnTab);
   el_set(editor, EL_BIND, "^I", "complete-word", nullptr);
-  el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+  el_set(editor, EL_ADDFN, "clear-or-end", "Clears the line, or ends when it is empty", &OnCancel);
+  // Their commands read further keys, for which nobody waits.
+  for (const char* key : {"^V", "^[x", "^[X"}) {
+    el_set(editor, EL_BIND, key, "ed-unassigned", nullptr);
+  }
   el_source(editor, nullptr);
-  el_set(editor, EL_UNBUFFERED, 1);
+  el_set(editor, EL_BIND, "^C", "clear-or-end", nullptr);
+  el_set(editor, EL_GETCFN, &OnRead);
+  BeginLine();
+}
+
+void Terminal::BeginLine() {
+  el_set(editor_.get(), EL_UNBUFFERED, 1);
+  // Ctrl-C is a key like others, and none stops the output, for which the agent would wait.
+  termios modes = {};
+  if (tcgetattr(STDIN_FILENO, &modes) == 0) {
+    modes.c_cc[VINTR] = _POSIX_VDISABLE;
+    modes.c_iflag &= ~static_cast<tcflag_t>(IXON);
+    tcsetattr(STDIN_FILENO, TCSANOW, &modes);
+  }
 }
 
 int Terminal::fd() const { return STDIN_FILENO; }
 
-// One key at a time, so that the rest of the agent goes on while a line is typed.
+// One byte at a time, and to the editor one key at a time: it would wait for the rest of a key.
 std::vector<std::string> Terminal::Read() {
+  char byte = 0;
+  const ssize_t size = read(fd(), &byte, 1);
+  if (size < 0 && (errno == EINTR || errno == EAGAIN)) {
+    return {};
+  }
+  if (size <= 0) {
+    End();
+    return {};
+  }
+  const auto now = std::chrono::steady_clock::now();
+  if (!key_.empty() && now - key_begins_ > kKeyTime) {
+    key_.clear();
+  }
+  if (key_.empty()) {
+    key_begins_ = now;
+  }
+  key_ += byte;
+  return IsWholeKey(key_) ? TakeKey() : std::vector<std::string>();
+}
+
+std::vector<std::string> Terminal::TakeKey() {
   int count = 0;
+  starved_ = false;
   const char* typed = el_gets(editor_.get(), &count);
-  // The editor tells an emptied line and a terminal that has gone in the same way.
+  key_.clear();
   const std::string line =
       typed == nullptr || count <= 0 ? "" : std::string(typed, static_cast<std::size_t>(count));
-  if (line == kEndOfInput || IsGone(fd())) {
+  if (starved_) {
+    DropEndOfInput(line);
+    return {};
+  }
+  if (line == kEndOfInput || cancelled_) {
     End();
     return {};
   }
@@ -99,9 +144,30 @@ std::vector<std::string> Terminal::Read() {
   }
   // Leaving the mode and entering it again begins a new line.
   el_set(editor_.get(), EL_UNBUFFERED, 0);
-  el_set(editor_.get(), EL_UNBUFFERED, 1);
+  BeginLine();
   Remember(line);
   return {line.substr(0, line.size() - 1)};
+}
+
+// A command of the editor that found no further key took that for the end of input.
+void Terminal::DropEndOfInput(const std::string& line) {
+  if (!line.empty() && line.back() == *kEndOfInput) {
+    el_deletestr(editor_.get(), 1);
+    Redraw();
+  }
+}
+
+// What the editor reads: the next character of the key, and then nothing.
+int Terminal::OnRead(EditLine* editor, wchar_t* character) {
+  Terminal& self = Self(editor);
+  std::mbstate_t state = {};
+  const std::size_t size = std::mbrtowc(character, self.key_.data(), self.key_.size(), &state);
+  if (self.key_.empty() || size > self.key_.size()) {
+    self.starved_ = true;
+    return 0;
+  }
+  self.key_.erase(0, std::max<std::size_t>(size, 1));
+  return 1;
 }
 
 void Terminal::Resize() { el_resize(editor_.get()); }
@@ -127,10 +193,23 @@ void Terminal::Remember(const std::string& line) {
   }
 }
 
-unsigned char Terminal::OnTab(EditLine* editor, int /*key*/) {
+Terminal& Terminal::Self(EditLine* editor) {
   void* self = nullptr;
   el_get(editor, EL_CLIENTDATA, &self);
-  return static_cast<Terminal*>(self)->CompleteWord();
+  return *static_cast<Terminal*>(self);
+}
+
+unsigned char Terminal::OnTab(EditLine* editor, int /*key*/) { return Self(editor).CompleteWord(); }
+
+unsigned char Terminal::OnCancel(EditLine* editor, int /*key*/) {
+  const LineInfo* info = el_line(editor);
+  if (info->lastchar == info->buffer) {
+    Self(editor).cancelled_ = true;
+    return CC_NORM;
+  }
+  el_cursor(editor, static_cast<int>(info->lastchar - info->cursor));
+  el_deletestr(editor, static_cast<int>(info->lastchar - info->buffer));
+  return CC_REFRESH;
 }
 
 unsigned char Terminal::CompleteWord() {

@@ -4,6 +4,7 @@
 
 #include <histedit.h>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -40,15 +41,25 @@ class Terminal : public Console, public Input {
     void operator()(History* history) const { history_end(history); }
   };
 
+  static Terminal& Self(EditLine* editor);
+  static int OnRead(EditLine* editor, wchar_t* character);
   static unsigned char OnTab(EditLine* editor, int key);
+  static unsigned char OnCancel(EditLine* editor, int key);
+  std::vector<std::string> TakeKey();
+  void DropEndOfInput(const std::string& line);
   unsigned char CompleteWord();
   void SetUpEditor();
   void SetUpHistory();
+  void BeginLine();
   void Remember(const std::string& line);
   void Redraw();
 
   Completer completer_;
   std::string history_file_;
+  std::string key_;  // the bytes of the key that is being typed
+  std::chrono::steady_clock::time_point key_begins_;
+  bool starved_ = false;    // the editor wanted more than the key
+  bool cancelled_ = false;  // on an empty line
   std::unique_ptr<History, EndHistory> history_;
   std::unique_ptr<EditLine, EndEditor> editor_;
 };

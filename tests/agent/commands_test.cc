@@ -1,9 +1,6 @@
-// Commands of the running agent, from its command line, a pipe and a terminal.
+// Commands of the running agent, from its command line and a pipe.
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <poll.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
@@ -261,13 +258,8 @@ TEST_F(Commands, AStatusThatIsNewsIsReported) {
   EXPECT_TRUE(Says("server in step\n"));
 }
 
-// Shell scripts that join the agent to an input: with its program, configuration, bus and a path.
+// A shell script that joins the agent to an input: with its program, configuration, bus and a path.
 constexpr const char* kRunFromFile = R"(exec "$0" --interactive --config "$1" --bus "$2" < "$3")";
-// The line editor never frees the name and the help of a function that is added to it.
-constexpr const char* kRunAtTerminal = R"(
-echo leak:wcsdup > "$4/lsan"
-export HOME="$4" TERM=xterm LSAN_OPTIONS="suppressions=$4/lsan:print_suppressions=0"
-exec "$0" --interactive --config "$1" --bus "$2" < "$3" > "$3")";
 
 class PipedCommands : public Commands {
  protected:
@@ -296,103 +288,6 @@ TEST_F(PipedCommands, GoOnAfterABadOneAndFailInTheEnd) {
   EXPECT_EQ(ServeUntilEnd(), 2);
   EXPECT_EQ(Output(), "statistics 1: complete\n");
   EXPECT_TRUE(Complains("\"nonsense\" is not a command"));
-}
-
-// The agent at a terminal that the test types on.
-class Terminals : public Commands {
- protected:
-  void SetUp() override {
-    Commands::SetUp();
-    terminal_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    ASSERT_GE(terminal_, 0);
-    ASSERT_EQ(grantpt(terminal_), 0);
-    ASSERT_EQ(unlockpt(terminal_), 0);
-    agent_ = cfm_test::ChildProcess({"/bin/sh", "-c", kRunAtTerminal, CFM_AGENT, ConfigPath(),
-                                     bus_.address(), ptsname(terminal_), directory_.path()},
-                                    "", directory_.File("err"));
-    ASSERT_TRUE(WaitUntilShown("server in step"));
-  }
-  void TearDown() override { close(terminal_); }
-
-  void Type(const std::string& keys) const {
-    ASSERT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
-  }
-
-  // Serves until the terminal has shown the text since the last such wait.
-  bool WaitUntilShown(const std::string& text) {
-    const bool shown = server_->ServeUntil([&] {
-      AnswerStatistics();
-      std::array<char, 4096> chunk{};
-      pollfd fd = {terminal_, POLLIN, 0};
-      while (poll(&fd, 1, 0) > 0 && (fd.revents & POLLIN) != 0) {
-        const ssize_t size = read(terminal_, chunk.data(), chunk.size());
-        if (size <= 0) {
-          break;
-        }
-        screen_.append(chunk.data(), static_cast<std::size_t>(size));
-      }
-      return screen_.find(text) != std::string::npos;
-    });
-    EXPECT_TRUE(shown) << screen_;
-    const std::size_t at = screen_.find(text);
-    screen_.erase(0, at == std::string::npos ? 0 : at + text.size());
-    return shown;
-  }
-
-  int terminal_ = -1;
-  std::string screen_;
-};
-
-TEST_F(Terminals, TakeCommands) {
-  Type("statistics\n");
-  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
-  Type("quit\n");
-  EXPECT_EQ(ServeUntilEnd(), 0);
-}
-
-TEST_F(Terminals, CompleteWords) {
-  Type("sho\t");
-  EXPECT_TRUE(WaitUntilShown("w "));
-  Type("\t\t\t\n");
-  EXPECT_TRUE(WaitUntilShown("REMOTE"));
-}
-
-TEST_F(Terminals, OfferWhatAWordMayBecome) {
-  Type("l\t\t");
-  EXPECT_TRUE(WaitUntilShown("linktrace  loopback"));
-}
-
-TEST_F(Terminals, RememberCommandsAcrossRuns) {
-  Type("statistics\n");
-  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
-  Type("\x1b[A\n");
-  EXPECT_TRUE(WaitUntilShown("statistics 2: complete"));
-  EXPECT_THAT(cfm_test::ReadFile(directory_.File(".cfm-agent-history")), HasSubstr("statistics"));
-}
-
-TEST_F(Terminals, KeepWhatIsTypedWhileSomethingIsPrinted) {
-  Type("stati");
-  EXPECT_TRUE(WaitUntilShown("stati"));
-  client_server::RemovedLocalMaintenanceEndpoint removed;
-  removed.set_md_name("d");
-  removed.set_ma_name("a");
-  removed.set_mep_id(1);
-  server_->Publish(CFM_MGR_SRV_EVENT_REMOVED_LOCAL_MEP, removed);
-  EXPECT_TRUE(WaitUntilShown("MEP d a 1: removed by the server"));
-  EXPECT_TRUE(WaitUntilShown("stati"));
-  Type("stics\n");
-  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
-}
-
-TEST_F(Terminals, SurviveALineThatIsCleared) {
-  Type("abc\x15");
-  Type("statistics\n");
-  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
-}
-
-TEST_F(Terminals, EndWithTheEndOfInput) {
-  Type("\x04");
-  EXPECT_EQ(ServeUntilEnd(), 0);
 }
 
 }  // namespace
