@@ -58,6 +58,9 @@ void Monitor::ServerLost() {
   Finish(tracker_.ServerLost());
 }
 
+// To a test it is the same whether the server goes or the agent turns away from it.
+void Monitor::GiveUp() { Finish(tracker_.ServerLost(), "the agent stopped before its end"); }
+
 void Monitor::LocalStatus(const MepKey& mep, const cfm::local_mep_status& status) {
   if (table_.Local(mep, status)) {
     Report(Describe(mep) + ": " + Describe(status));

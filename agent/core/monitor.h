@@ -66,6 +66,8 @@ class Monitor {
   void ServerFound();
   void ServerInStep();
   void ServerLost();
+  // The agent stops: says of each test that still runs that it will hear no end of it.
+  void GiveUp();
 
   void LocalStatus(const MepKey& mep, const cfm::local_mep_status& status);
   void RemoteStatus(const MepKey& mep, std::uint16_t remote, const cfm::remote_mep_status& status);

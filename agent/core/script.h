@@ -2,6 +2,7 @@
 #ifndef CFM_AGENT_CORE_SCRIPT_H
 #define CFM_AGENT_CORE_SCRIPT_H
 
+#include <cstddef>
 #include <deque>
 #include <optional>
 
@@ -25,6 +26,9 @@ class Script {
   bool Done(bool idle) const { return closed_ && commands_.empty() && idle; }
   // When Next() has to be asked again in any case.
   std::optional<TimePoint> Deadline() const;
+
+  // How many commands have not been run.
+  std::size_t waiting() const { return commands_.size(); }
 
   // Notes how a test ended; the first that was not complete decides how the script did.
   void Note(EndReason reason);

@@ -90,6 +90,17 @@ void Agent::OnInStep() {
 }
 
 ExitStatus Agent::Run() {
+  try {
+    Serve();
+  } catch (...) {
+    monitor_.GiveUp();
+    throw;
+  }
+  monitor_.GiveUp();
+  return Status();
+}
+
+void Agent::Serve() {
   // What the file became between its being read and its being watched.
   settle_.Finished(Now());
   do {
@@ -99,12 +110,19 @@ ExitStatus Agent::Run() {
     monitor_.Expire();
     RunScript(Now());
     if (Finished()) {
-      return Status();
+      return;
     }
     Wait();
   } while (TakeSignals());
+  Abandon();
   console_.Report("stopped; the server keeps its configuration");
-  return ExitStatus::Success;
+}
+
+void Agent::Abandon() {
+  if (script_.waiting() > 0) {
+    console_.Complain("stopped; " + Count(script_.waiting(), "command") + " not run");
+    script_.Note(EndReason::ServerLost);
+  }
 }
 
 void Agent::Wait() {

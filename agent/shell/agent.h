@@ -43,13 +43,17 @@ class Agent {
   void Add(Command command) { script_.Add(std::move(command)); }
 
   // Serves the bus, the file, the commands and the process's signals until a signal or the end of
-  // the commands ends it. Throws BusError.
+  // the commands ends it. Whatever ends it, each test has been said to have ended. Throws BusError
+  // and std::system_error.
   ExitStatus Run();
 
  private:
   void RegisterHandlers();
   void HandIn();
   void OnInStep();
+  void Serve();
+  // Tells which commands a signal kept from running.
+  void Abandon();
   void Wait();
   // Acts on the signals that have come; false when one of them ends the agent.
   bool TakeSignals();

@@ -16,14 +16,16 @@ constexpr const char* kDescription =
 
 constexpr const char* kExitStatus =
     "Exit status:\n"
-    "  0  stopped by SIGTERM or SIGINT, all commands complete, or --check found no mistake\n"
+    "  0  all commands complete, a service stopped by SIGTERM or SIGINT, the end of a session at\n"
+    "     a prompt, whatever its commands came to, or --check found no mistake\n"
     "  1  the configuration file has mistakes or cannot be read\n"
     "  2  the command line, or a command, makes no sense\n"
     "  3  the bus cannot be joined, or has gone away\n"
     "  4  the operating system refused something indispensable\n"
     "  5  the server refused a command\n"
     "  6  a command timed out\n"
-    "  7  a command ended because its endpoint was removed or the server lost\n"
+    "  7  a command ended because its endpoint was removed or the server lost, or had not ended\n"
+    "     when the agent was stopped\n"
     "Of several commands, the first that was not complete decides.";
 
 std::string Footer() {

@@ -176,6 +176,35 @@ TEST_F(Commands, TheLossOfTheServerIsAFailure) {
   EXPECT_TRUE(Complains("clear: server lost, nothing is cleared"));
 }
 
+TEST_F(Commands, AStopIsAFailureOfTheTestThatRuns) {
+  Execute({"loopback d a 1 9", "statistics"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  agent_.Signal(SIGTERM);
+  EXPECT_EQ(ServeUntilEnd(), 7);
+  EXPECT_EQ(Output(),
+            "loopback 1 from MEP d a 1 to 9: server lost, the agent stopped before its end\n");
+  EXPECT_TRUE(Complains("stopped; 1 command not run\n"));
+}
+
+TEST_F(Commands, AStopBeforeAnythingRanIsAFailure) {
+  Execute({"statistics", "clear"});
+  ASSERT_TRUE(server_->ServeUntilAsked(CFM_MGR_C2S_SIG_STATS_GET));
+  agent_.Signal(SIGINT);
+  EXPECT_EQ(agent_.Wait(), 7);
+  EXPECT_EQ(Output(), "");
+  EXPECT_TRUE(Complains("stopped; 2 commands not run\n"));
+}
+
+TEST_F(Commands, ATestEndsWithTheBus) {
+  Execute({"loopback d a 1 9"});
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  bus_.Kill();
+  EXPECT_EQ(agent_.Wait(), 3);
+  EXPECT_THAT(Output(),
+              ::testing::MatchesRegex("loopback 1 from MEP d a 1 to 9: server lost[^\n]*\n"));
+  EXPECT_TRUE(Complains("the bus has gone away"));
+}
+
 TEST_F(Commands, ARemovalBeforeTheTestIsNoneDuringIt) {
   Execute({"loopback d a 1 9"});
   ASSERT_TRUE(server_->ServeUntilAsked(CFM_MGR_C2S_SIG_STATS_GET));
@@ -281,6 +310,15 @@ TEST_F(PipedCommands, EndWithQuit) {
   Pipe("statistics\nquit\nstatistics\n");
   EXPECT_EQ(ServeUntilEnd(), 0);
   EXPECT_EQ(Output(), "statistics 1: complete\n");
+}
+
+TEST_F(PipedCommands, FailWhenStoppedDuringATest) {
+  Pipe("loopback d a 1 9\n");
+  ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
+  agent_.Signal(SIGINT);
+  EXPECT_EQ(ServeUntilEnd(), 7);
+  EXPECT_EQ(Output(),
+            "loopback 1 from MEP d a 1 to 9: server lost, the agent stopped before its end\n");
 }
 
 TEST_F(PipedCommands, GoOnAfterABadOneAndFailInTheEnd) {

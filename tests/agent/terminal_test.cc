@@ -101,6 +101,14 @@ class Terminals : public AgentTest {
     return status;
   }
 
+  // Serves until the server has been asked for a loopback test once more.
+  bool ServeUntilTestIsAsked() {
+    return server_->ServeUntil([this] {
+      Attend();
+      return server_->CountOf(CFM_MGR_C2S_SIG_LB_TRIGGER) > 0;
+    });
+  }
+
   void PublishRemoval() const {
     client_server::RemovedLocalMaintenanceEndpoint removed;
     removed.set_md_name("d");
@@ -168,6 +176,33 @@ TEST_F(Terminals, SurviveALineThatIsCleared) {
   Type("abc\x15");
   Type("statistics\n");
   EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+}
+
+TEST_F(Terminals, EndWithAReasonForTheTestThatRuns) {
+  for (const char* ending : {"quit\n", "\x04"}) {
+    Type("loopback d a 1 9\n");
+    ASSERT_TRUE(ServeUntilTestIsAsked());
+    server_->Forget();
+    answered_ = 0;
+    Type(ending);
+    EXPECT_TRUE(WaitUntilShown(
+        "loopback 1 from MEP d a 1 to 9: server lost, the agent stopped before its end"));
+    EXPECT_EQ(ServeUntilEnd(), 0);
+    Run();
+  }
+}
+
+TEST_F(Terminals, EndWellWhateverTheirCommandsCameTo) {
+  Type("loopback d a 1 9\n");
+  ASSERT_TRUE(ServeUntilTestIsAsked());
+  client_server::OpLoopbackTriggerError error;
+  error.set_request_id(
+      server_->Last<client_server::OpLoopbackTriggerMsg>(CFM_MGR_C2S_SIG_LB_TRIGGER).request_id());
+  error.set_error_code(3);
+  server_->Reply(CFM_MGR_S2C_SIG_LB_TRIGGER_ERROR, error);
+  EXPECT_TRUE(WaitUntilShown("refused with error code 3"));
+  Type("quit\n");
+  EXPECT_EQ(ServeUntilEnd(), 0);
 }
 
 TEST_F(Terminals, EndWithTheEndOfInput) {
