@@ -1,4 +1,5 @@
 #include <array>
+#include <utility>
 
 #include "core/columns.h"
 #include "core/status_table.h"
@@ -166,9 +167,8 @@ void ShowUnconfigured(const Context& context, const Config& config,
 
 }  // namespace
 
-std::vector<std::string> Show(const ShowCommand& filter, const Config& config,
-                              const StatusTable& table, ServerState server,
-                              const InterfaceOfPort& interface_of_port) {
+Shown Show(const ShowCommand& filter, const Config& config, const StatusTable& table,
+           ServerState server, const InterfaceOfPort& interface_of_port) {
   const Context context{filter, table, server, interface_of_port};
   std::vector<std::string> lines;
   for (const auto& [md_name, md] : config.hierarchy.mds) {
@@ -184,11 +184,12 @@ std::vector<std::string> Show(const ShowCommand& filter, const Config& config,
     }
   }
   ShowUnconfigured(context, config, lines);
-  if (lines.empty()) {
-    lines.emplace_back(filter.md ? "nothing of that name" : "nothing configured");
+  const bool found = !lines.empty() || !filter.md;
+  if (lines.empty() && found) {
+    lines.emplace_back("nothing configured");
   }
   lines.insert(lines.begin(), ServerLine(server));
-  return lines;
+  return {std::move(lines), found};
 }
 
 }  // namespace cfm_agent

@@ -54,11 +54,15 @@ struct Interface {
 };
 using InterfaceOfPort = std::function<Interface(sepan_port_t)>;
 
+struct Shown {
+  std::vector<std::string> lines;
+  bool found = true;  // false: there is nothing of the name or number asked for
+};
+
 // Each endpoint as it is configured beside what is reported, with the reason of any gap between
 // the two; below, what is reported but not configured. For a single endpoint also its remote MEPs.
-std::vector<std::string> Show(const ShowCommand& filter, const Config& config,
-                              const StatusTable& table, ServerState server,
-                              const InterfaceOfPort& interface_of_port);
+Shown Show(const ShowCommand& filter, const Config& config, const StatusTable& table,
+           ServerState server, const InterfaceOfPort& interface_of_port);
 
 }  // namespace cfm_agent
 

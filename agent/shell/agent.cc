@@ -251,7 +251,8 @@ ExitStatus Agent::Status() const {
   }
   switch (script_.failure().value_or(EndReason::Complete)) {
     case EndReason::Complete:
-      return bad_command_ ? ExitStatus::BadCommandLine : ExitStatus::Success;
+      return bad_command_ || commander_.mistaken() ? ExitStatus::BadCommandLine
+                                                   : ExitStatus::Success;
     case EndReason::Refused:
       return ExitStatus::Refused;
     case EndReason::TimedOut:

@@ -39,6 +39,7 @@ const char* NullIfAbsent(const std::optional<std::string>& name) {
 
 void Commander::Run(const Command& command, cfm::Client& client) {
   std::visit([&](const auto& what) { Do(what, client); }, command);
+  unanswered_.reset();
 }
 
 void Commander::Do(const cfm::linktrace_trigger& trigger, cfm::Client& client) {
@@ -65,6 +66,11 @@ void Commander::Do(const ClearCommand& command, cfm::Client& client) {
     failed_(EndReason::ServerLost);
     return;
   }
+  if (timing_ == Timing::UpToDate && monitor_.server() == ServerState::Found) {
+    console_.Complain("clear: the server does not answer, nothing is cleared");
+    failed_(EndReason::TimedOut);
+    return;
+  }
   client.ClearStatistics(NullIfAbsent(command.md), NullIfAbsent(command.ma), command.mep_id);
   console_.Print("clear: sent");
 }
@@ -72,10 +78,14 @@ void Commander::Do(const ClearCommand& command, cfm::Client& client) {
 void Commander::Do(const ShowCommand& command, cfm::Client& client) {
   if (timing_ == Timing::AtOnce) {
     PrintShow(command);
-    return;
+  } else if (monitor_.server() == ServerState::Found) {
+    FailShow(command, EndReason::TimedOut);
+  } else if (unanswered_) {
+    FailShow(command, *unanswered_);
+  } else {
+    waiting_show_ = command;
+    Refresh(client);
   }
-  waiting_show_ = command;
-  Refresh(client);
 }
 
 // The answer comes after all that was reported before.
@@ -100,16 +110,36 @@ void Commander::OnEnded(const TestEnd& end) {
     }
     return;
   }
-  if (waiting_show_) {
-    PrintShow(*waiting_show_);
-    waiting_show_.reset();
+  const bool complete = end.reason == EndReason::Complete;
+  if (!waiting_show_) {
+    unanswered_ = complete ? std::nullopt : std::optional(end.reason);
+    return;
+  }
+  const ShowCommand show = *std::exchange(waiting_show_, std::nullopt);
+  if (complete) {
+    PrintShow(show);
+  } else {
+    FailShow(show, end.reason);
   }
 }
 
+void Commander::FailShow(const ShowCommand& command, EndReason reason) {
+  console_.Complain(reason == EndReason::ServerLost
+                        ? "show: server lost; this is what is known without it"
+                        : "show: the server does not answer; this is what was known");
+  failed_(reason);
+  PrintShow(command);
+}
+
 void Commander::PrintShow(const ShowCommand& command) {
-  for (const std::string& line :
-       Show(command, *keeper_.config(), monitor_.table(), monitor_.server(), InterfaceOf)) {
+  const Shown shown =
+      Show(command, *keeper_.config(), monitor_.table(), monitor_.server(), InterfaceOf);
+  for (const std::string& line : shown.lines) {
     console_.Print(line);
+  }
+  if (!shown.found) {
+    console_.Complain("show: there is nothing of that name");
+    mistaken_ = true;
   }
 }
 

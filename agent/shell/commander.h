@@ -41,6 +41,8 @@ class Commander {
 
   // Whether `quit` was given.
   bool quit() const { return quit_; }
+  // Whether a command named what there is not.
+  bool mistaken() const { return mistaken_; }
 
  private:
   void Do(const cfm::linktrace_trigger& trigger, cfm::Client& client);
@@ -51,6 +53,8 @@ class Commander {
   void Do(const ShowCommand& command, cfm::Client& client);
   void Do(const HelpCommand& command, cfm::Client& client);
   void Do(const QuitCommand& command, cfm::Client& client);
+  // Prints what was known although the server keeps back what there is now.
+  void FailShow(const ShowCommand& command, EndReason reason);
   void PrintShow(const ShowCommand& command);
 
   Timing timing_;
@@ -59,7 +63,11 @@ class Commander {
   Console& console_;
   std::function<void(EndReason)> failed_;
   std::optional<ShowCommand> waiting_show_;
+  // Why the refresh before the first command of a script has failed. A `show` that follows it does
+  // not wait again.
+  std::optional<EndReason> unanswered_;
   bool quit_ = false;
+  bool mistaken_ = false;
 };
 
 }  // namespace cfm_agent

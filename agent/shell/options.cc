@@ -19,14 +19,15 @@ constexpr const char* kExitStatus =
     "  0  all commands complete, a service stopped by SIGTERM or SIGINT, the end of a session at\n"
     "     a prompt, whatever its commands came to, or --check found no mistake\n"
     "  1  the configuration file has mistakes or cannot be read\n"
-    "  2  the command line, or a command, makes no sense\n"
+    "  2  the command line, or a command, makes no sense, or show finds nothing of a name\n"
     "  3  the bus cannot be joined, or has gone away\n"
     "  4  the operating system refused something indispensable\n"
     "  5  the server refused a command\n"
-    "  6  a command timed out\n"
+    "  6  a command timed out; show still shows what was known\n"
     "  7  a command ended because its endpoint was removed or the server lost, or had not ended\n"
-    "     when the agent was stopped\n"
-    "Of several commands, the first that was not complete decides.";
+    "     when the agent was stopped; without a server, show and clear fail too\n"
+    "Of several commands, the first that was not complete decides, before any that makes no\n"
+    "sense.";
 
 std::string Footer() {
   std::string text = "Commands:\n";
@@ -56,15 +57,18 @@ void AddOptions(CLI::App& app, Options& options, int& timeout) {
                                  "given several times")
                       ->type_name("COMMAND")
                       ->allow_extra_args(false);
-  app.add_flag("-i,--interactive", options.interactive,
-               "take commands from standard input, with a prompt if it is a terminal")
-      ->excludes(execute);
+  auto* interactive =
+      app.add_flag("-i,--interactive", options.interactive,
+                   "take commands from standard input, with a prompt if it is a terminal")
+          ->excludes(execute);
   app.add_option("-t,--timeout", timeout,
                  "how long a command may wait for the server, and hear nothing from it")
       ->type_name("SECONDS")
       ->check(CLI::Range(1, 86400))
       ->capture_default_str();
-  app.add_flag("--check", options.check, "only check the configuration file");
+  app.add_flag("--check", options.check, "only check the configuration file")
+      ->excludes(execute)
+      ->excludes(interactive);
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ void FakeServer::OnSignal(vorx_t* /*handle*/, void* user, const vorx_pid_t* send
   server.requests_.push_back(
       {signal.number,
        length == 0 ? std::string() : std::string(static_cast<const char*>(data), length)});
-  if (signal.number == CFM_MGR_C2S_SIG_CACHE_GET->number) {
+  if (signal.number == CFM_MGR_C2S_SIG_CACHE_GET->number && !server.hangs_) {
     server.Reply(CFM_MGR_S2C_SIG_CACHE_REPLY, server.holds_);
   }
 }

@@ -40,6 +40,8 @@ class FakeServer {
   void Publish(const vorx_event_descriptor* event, const google::protobuf::MessageLite& message);
 
   const std::vector<Request>& requests() const { return requests_; }
+  // From now on keeps back what it holds, so that no client is in step with it.
+  void Hang() { hangs_ = true; }
   std::size_t CountOf(const vorx_sig_descriptor* signal) const;
   // The payload of the last signal of this number.
   template <typename Message>
@@ -64,6 +66,7 @@ class FakeServer {
                        unsigned int length);
 
   client_server::OpCacheSync holds_;
+  bool hangs_ = false;
   vorx_t* handle_ = nullptr;
   vorx_pid_t client_ = 0;
   std::vector<std::unique_ptr<Signal>> signals_;

@@ -201,6 +201,17 @@ TEST_F(CommandLine, ChecksABadFile) {
                           ConfigPath() + ": 1 mistake\n");
 }
 
+TEST_F(CommandLine, RunsNoCommandsBesideACheck) {
+  WriteConfig(Domain("first"));
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"--check", "--execute", "bogus"}, {"--check", "--interactive"}}) {
+    StartAgent(arguments);
+    EXPECT_EQ(agent_.Wait(), 2);
+    EXPECT_EQ(Output(), "");
+    EXPECT_TRUE(Complains("excludes")) << Errors();
+  }
+}
+
 TEST_F(CommandLine, ChecksAFileThatIsNotThere) {
   StartAgent({"--check"});
   EXPECT_EQ(agent_.Wait(), 1);

@@ -54,12 +54,13 @@ class Commands : public AgentTest {
   }
 
   void AnswerStatistics() {
-    for (; answered_ < server_->CountOf(CFM_MGR_C2S_SIG_STATS_GET); ++answered_) {
+    for (; answers_ && answered_ < server_->CountOf(CFM_MGR_C2S_SIG_STATS_GET); ++answered_) {
       server_->Reply(CFM_MGR_S2C_SIG_STATS_REPLY, statistics_);
     }
   }
 
   client_server::OpReplyAllStats statistics_;
+  bool answers_ = true;
   std::size_t answered_ = 0;
 };
 
@@ -264,6 +265,52 @@ TEST_F(Commands, ShowWaitsForWhatTheServerReports) {
   EXPECT_THAT(Output(), HasSubstr("server: in step\n"));
   EXPECT_THAT(Output(), HasSubstr("    1    lo    up, inactive, CCM off  port up, interface up, no "
                                   "defect, remote MEPs 0 of 1 ok\n"));
+}
+
+TEST_F(Commands, ShowFailsWhenTheServerNoLongerAnswers) {
+  answers_ = false;
+  Execute({"show d"}, "1");
+  EXPECT_EQ(ServeUntilEnd(), 6);
+  EXPECT_THAT(Output(), HasSubstr("server: in step\ndomain d, level 1\n"));
+  EXPECT_EQ(Errors(), "show: the server does not answer; this is what was known\n");
+  EXPECT_EQ(server_->CountOf(CFM_MGR_C2S_SIG_STATS_GET), 1U) << "it must not wait twice";
+}
+
+TEST_F(Commands, ShowFailsWhenTheServerStopsAnsweringOnTheWay) {
+  Execute({"statistics", "show d"}, "1");
+  ASSERT_TRUE(server_->ServeUntil([this] {
+    AnswerStatistics();
+    return answered_ == 2;
+  }));
+  answers_ = false;
+  EXPECT_EQ(ServeUntilEnd(), 6);
+  EXPECT_TRUE(Complains("show: the server does not answer; this is what was known\n"));
+}
+
+TEST_F(Commands, FailWithAServerThatNeverComesIntoStep) {
+  server_->Hang();
+  Execute({"clear", "show d"}, "1");
+  EXPECT_EQ(ServeUntilEnd(), 6);
+  EXPECT_THAT(Output(), ::testing::StartsWith("server: found, not in step yet\ndomain d"));
+  EXPECT_EQ(Errors(),
+            "clear: the server does not answer, nothing is cleared\n"
+            "show: the server does not answer; this is what was known\n");
+  EXPECT_EQ(server_->CountOf(CFM_MGR_C2S_SIG_STATS_CLEAR), 0U);
+}
+
+TEST_F(Commands, ShowWithoutAServerFailsWithWhatIsConfigured) {
+  StopServer();
+  Execute({"show d"}, "1");
+  EXPECT_EQ(agent_.Wait(), 7);
+  EXPECT_THAT(Output(), ::testing::StartsWith("server: absent\ndomain d, level 1\n"));
+  EXPECT_EQ(Errors(), "show: server lost; this is what is known without it\n");
+}
+
+TEST_F(Commands, ShowFailsForANameThatThereIsNot) {
+  Execute({"show nosuch", "show d"});
+  EXPECT_EQ(ServeUntilEnd(), 2);
+  EXPECT_EQ(Errors(), "show: there is nothing of that name\n");
+  EXPECT_THAT(Output(), HasSubstr("domain d, level 1\n"));
 }
 
 TEST_F(Commands, ABadCommandIsToldBeforeAnythingRuns) {

@@ -32,6 +32,9 @@ class ShowTest : public ::testing::Test {
   ShowTest() : config_(*ReadConfig(kConfig, ports_.Function()).config) {}
 
   std::vector<std::string> Lines(const ShowCommand& filter = {}) const {
+    return ShowOf(filter).lines;
+  }
+  Shown ShowOf(const ShowCommand& filter) const {
     return Show(filter, config_, table_, server_, [this](sepan_port_t port) {
       const bool is_first = port == ports_.Of("eth1");
       return Interface{is_first ? "eth1" : "eth2", !missing_ || is_first};
@@ -170,8 +173,19 @@ TEST_F(ShowTest, ShowsOnlyWhatIsAskedFor) {
   EXPECT_THAT(Lines({"metro", "spare", 0}),
               ElementsAre("server: in step", "domain metro, level 5",
                           "  association spare, CCM interval 1s", "    no endpoints"));
-  EXPECT_THAT(Lines({"nowhere", {}, 0}), ElementsAre("server: in step", "nothing of that name"));
-  EXPECT_THAT(Lines({"metro", "line", 77}), ElementsAre("server: in step", "nothing of that name"));
+}
+
+TEST_F(ShowTest, TellsWhetherThereIsWhatIsAskedFor) {
+  EXPECT_TRUE(ShowOf({}).found);
+  EXPECT_TRUE(ShowOf({"metro", "line", 2}).found);
+  EXPECT_FALSE(ShowOf({"metro", "line", 77}).found);
+  table_.Local({"metro", "line", 77}, Up());
+  EXPECT_TRUE(ShowOf({"metro", "line", 77}).found);
+  const Shown nowhere = ShowOf({"nowhere", {}, 0});
+  EXPECT_FALSE(nowhere.found);
+  EXPECT_THAT(nowhere.lines, ElementsAre("server: in step"));
+  config_ = Config{};
+  EXPECT_TRUE(ShowOf({}).found);
 }
 
 TEST_F(ShowTest, ShowsAnEmptyConfiguration) {
