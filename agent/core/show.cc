@@ -96,24 +96,36 @@ Row EndpointRow(const Context& context, const cfm::hierarchy_ma& ma,
           Gap(context, entry, interface)};
 }
 
+// Why a remote MEP of the list is not reported, for an endpoint with this gap of its own.
+std::string RemoteGap(const StatusTable::Entry& entry, std::uint16_t remote,
+                      const std::string& gap) {
+  if (entry.removed_remotes.count(remote) > 0) {
+    return "removed by the server";
+  }
+  return gap.empty() ? "never reported" : gap;
+}
+
 // The remote MEPs of one endpoint, listed or reported.
 std::vector<Row> RemoteRows(const Context& context, const cfm::hierarchy_ma& ma,
                             const cfm::hierarchy_mep& mep) {
   const StatusTable::Entry* entry = context.table.Find({mep.md_name, mep.ma_name, mep.cfg.mep_id});
   const StatusTable::Entry nothing;
-  const auto& remotes = (entry == nullptr ? nothing : *entry).remotes;
+  const StatusTable::Entry& known = entry == nullptr ? nothing : *entry;
+  const auto& remotes = known.remotes;
+  const std::string gap = Gap(context, entry, context.interface_of_port(mep.cfg.port));
+  const bool in_step = context.server == ServerState::InStep;
   std::vector<Row> rows = {{"REMOTE", "REPORTED", "GAP"}};
   for (const std::uint16_t id : ma.cfg.mep_ids) {
     const auto remote = remotes.find(id);
     if (remote != remotes.end()) {
-      rows.push_back({std::to_string(id), Describe(remote->second), ""});
+      rows.push_back({std::to_string(id), Describe(remote->second), in_step ? "" : gap});
     } else if (IsRemote(ma, id)) {
-      rows.push_back({std::to_string(id), "-", "not reported"});
+      rows.push_back({std::to_string(id), "-", in_step ? RemoteGap(known, id, gap) : gap});
     }
   }
   for (const auto& [id, status] : remotes) {
     if (ma.cfg.mep_ids.count(id) == 0) {
-      rows.push_back({std::to_string(id), Describe(status), "not in the MEP list"});
+      rows.push_back({std::to_string(id), Describe(status), in_step ? "not in the MEP list" : gap});
     }
   }
   return rows;

@@ -15,8 +15,9 @@ bool StatusTable::Local(const MepKey& mep, const cfm::local_mep_status& status) 
 
 bool StatusTable::Remote(const MepKey& mep, std::uint16_t remote,
                          const cfm::remote_mep_status& status) {
-  auto& remotes = entries_[mep].remotes;
-  const auto [place, added] = remotes.try_emplace(remote, status);
+  Entry& entry = entries_[mep];
+  entry.removed_remotes.erase(remote);
+  const auto [place, added] = entry.remotes.try_emplace(remote, status);
   const bool news = added || Describe(place->second) != Describe(status);
   place->second = status;
   return news;
@@ -29,10 +30,9 @@ void StatusTable::LocalRemoved(const MepKey& mep) {
 }
 
 void StatusTable::RemoteRemoved(const MepKey& mep, std::uint16_t remote) {
-  const auto found = entries_.find(mep);
-  if (found != entries_.end()) {
-    found->second.remotes.erase(remote);
-  }
+  Entry& entry = entries_[mep];
+  entry.remotes.erase(remote);
+  entry.removed_remotes.insert(remote);
 }
 
 void StatusTable::Forget() { entries_.clear(); }

@@ -38,6 +38,7 @@ class StatusTable {
     bool reported = false;  // `status` holds
     cfm::local_mep_status status;
     std::map<std::uint16_t, cfm::remote_mep_status> remotes;
+    std::set<std::uint16_t> removed_remotes;  // by the server, and not reported since
   };
 
   const std::map<MepKey, Entry>& entries() const { return entries_; }

@@ -156,9 +156,33 @@ TEST_F(ShowTest, OfOneEndpointListsItsRemoteMeps) {
           "server: in step", "domain metro, level 5", "  association line, CCM interval 1s",
           HasSubstr("MEP  PORT"), HasSubstr("1    eth1"), HasSubstr("REMOTE  REPORTED"),
           "      8       " + zero + ", ok, port unknown, interface unknown, since uptime 0",
-          ::testing::MatchesRegex("      9       - +not reported"),
+          ::testing::MatchesRegex("      9       - +never reported"),
           "      100     " + zero +
               ", idle, port unknown, interface unknown, since uptime 0  not in the MEP list"));
+}
+
+TEST_F(ShowTest, TellsWhyARemoteMepIsNotReported) {
+  const auto row = [this] { return Lines({"metro", "line", 1}).at(6); };
+  EXPECT_THAT(row(), ::testing::MatchesRegex("      8       - +never reported"));
+  table_.Local(kFirst, Up());
+  EXPECT_THAT(row(), ::testing::EndsWith(" never reported"));
+  table_.RemoteRemoved(kFirst, 8);
+  EXPECT_THAT(row(), ::testing::EndsWith(" removed by the server"));
+  server_ = ServerState::Found;
+  EXPECT_THAT(row(), ::testing::EndsWith(" server not in step"));
+  server_ = ServerState::Absent;
+  EXPECT_THAT(row(), ::testing::EndsWith(" server absent"));
+  server_ = ServerState::InStep;
+  table_.Remote(kFirst, 8, Remote(4));
+  EXPECT_THAT(row(), HasSubstr(" ok, "));
+  EXPECT_THAT(row(), Not(HasSubstr("removed")));
+  table_.LocalRemoved(kFirst);
+  EXPECT_THAT(row(), ::testing::EndsWith(" removed by the server"));
+}
+
+TEST_F(ShowTest, TellsThatARemoteMepsEndpointHasNoInterface) {
+  missing_ = true;
+  EXPECT_THAT(Lines({"metro", "line", 2}).back(), ::testing::EndsWith("interface eth2 missing"));
 }
 
 TEST_F(ShowTest, ForgetsARemovedRemoteMep) {
