@@ -34,12 +34,14 @@ class Arguments {
     return static_cast<std::uint16_t>(Number(what, word, 1, kMaxMepId));
   }
 
-  // The value of an option written key=value, which may stand anywhere behind the command.
+  // The value of an option written key=value, which may stand anywhere behind the command. A key
+  // in quotes is none: so a name that looks like an option can be given.
   std::optional<std::string> Option(std::string_view key) {
     std::optional<std::string> value;
     for (auto word = words_.begin() + 1; word != words_.end();) {
       const std::size_t equals = word->text.find('=');
-      if (equals == std::string::npos || word->text.substr(0, equals) != key) {
+      if (equals == std::string::npos || word->quoted_from <= equals ||
+          word->text.substr(0, equals) != key) {
         ++word;
         continue;
       }

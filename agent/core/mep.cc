@@ -7,7 +7,7 @@ namespace cfm_agent {
 std::string AsWord(std::string_view name) {
   std::string printable = Printable(name);
   const bool plain =
-      !name.empty() && printable == name && name.find_first_of(" =*") == std::string_view::npos;
+      !name.empty() && printable == name && name.find_first_of(" =*#") == std::string_view::npos;
   return plain ? printable : '"' + printable + '"';
 }
 

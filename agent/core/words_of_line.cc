@@ -1,5 +1,6 @@
 #include "core/words_of_line.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace cfm_agent {
@@ -76,7 +77,7 @@ LineWords SplitLine(std::string_view line) {
         word.text += line[at++];
         continue;
       }
-      word.quoted = true;
+      word.quoted_from = std::min(word.quoted_from, word.text.size());
       result.mistake = ReadQuoted(line, ++at, word.text);
       if (!result.mistake.empty()) {
         result.last_is_open = true;

@@ -11,8 +11,8 @@ namespace cfm_agent {
 
 struct LineWord {
   std::string text;
-  std::size_t begin = 0;  // in the line
-  bool quoted = false;
+  std::size_t begin = 0;                        // in the line
+  std::size_t quoted_from = std::string::npos;  // where in the text the first quotes began
 };
 
 // Words stand between blanks. Double quotes keep blanks in a word; inside them \" and \\ stand for

@@ -97,10 +97,20 @@ TEST(Command, BlankLinesAndCommentsAreNothing) {
 TEST(Command, NamesAreWrittenAsTheyArePrinted) {
   for (const std::string& name :
        {std::string("plain"), std::string("two words"), std::string("a\"b\\c"), std::string("a=b"),
+        std::string("#hash"), std::string("a#b"), std::string("# x"), std::string("ttl=5"),
         std::string("tab\there"), std::string("\x01\xFF\0x", 4), std::string("M\xC3\xBCnchen")}) {
     const auto trigger = Parse<cfm::linktrace_trigger>("linktrace " + AsWord(name) + " a 1 2");
     EXPECT_EQ(trigger.md_name, name) << AsWord(name);
+    EXPECT_EQ(Parse<ShowCommand>("show d " + AsWord(name) + " 7").ma, name) << AsWord(name);
+    EXPECT_EQ(Parse<ClearCommand>("clear domain=" + AsWord(name)).md, name) << AsWord(name);
   }
+}
+
+TEST(Command, AnOptionsKeyIsNeverInQuotes) {
+  const auto trigger = Parse<cfm::linktrace_trigger>("linktrace \"ttl=5\" t\"tl\"=6 1 2 ttl=\"7\"");
+  EXPECT_EQ(trigger.md_name, "ttl=5");
+  EXPECT_EQ(trigger.ma_name, "ttl=6");
+  EXPECT_EQ(trigger.ttl, 7);
 }
 
 TEST(Command, TellsWhatIsWrong) {
