@@ -1,5 +1,7 @@
 #include "shell/options.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 
@@ -49,9 +51,9 @@ void AddOptions(CLI::App& app, Options& options, int& timeout) {
          "zlog configuration; otherwise VORX_LOG_CONFIG or, without commands, the installed "
          "one")
       ->type_name("FILE");
-  app.add_option("-n,--name", options.name, "name on the bus")
-      ->type_name("NAME")
-      ->capture_default_str();
+  app.add_option("-n,--name", options.name,
+                 "name on the bus; otherwise cfm-agent or, with commands, cfm-agent-PID")
+      ->type_name("NAME");
   auto* execute = app.add_option("-x,--execute", options.execute,
                                  "run this command once the server is in step, and exit; may be "
                                  "given several times")
@@ -71,6 +73,12 @@ void AddOptions(CLI::App& app, Options& options, int& timeout) {
       ->excludes(interactive);
 }
 
+// Commands are run beside the service, whose name is its own.
+std::string DefaultName(const Options& options) {
+  const bool commanded = options.interactive || !options.execute.empty();
+  return commanded ? "cfm-agent-" + std::to_string(getpid()) : "cfm-agent";
+}
+
 }  // namespace
 
 std::variant<Options, ExitStatus> ParseCommandLine(int argc, const char* const* argv) {
@@ -85,6 +93,9 @@ std::variant<Options, ExitStatus> ParseCommandLine(int argc, const char* const* 
     return app.exit(error) == 0 ? ExitStatus::Success : ExitStatus::BadCommandLine;
   }
   options.timeout = std::chrono::seconds(timeout);
+  if (options.name.empty()) {
+    options.name = DefaultName(options);
+  }
   return options;
 }
 

@@ -25,7 +25,7 @@ struct Options {
   std::string config;
   std::string bus;         // empty: the environment's
   std::string log_config;  // empty: the environment's, or else the host's
-  std::string name = "cfm-agent";
+  std::string name;        // on the bus
   std::vector<std::string> execute;
   bool interactive = false;
   std::chrono::seconds timeout{10};

@@ -240,6 +240,16 @@ TEST_F(Commands, StatisticsArePrinted) {
             "statistics 1: complete\n");
 }
 
+TEST_F(Commands, RunBesideTheService) {
+  cfm_test::ChildProcess service({CFM_AGENT, "--config", ConfigPath(), "--bus", bus_.address()},
+                                 directory_.File("service.out"), directory_.File("service.err"));
+  ASSERT_TRUE(server_->ServeUntilAsked(CFM_MGR_C2S_SIG_STATUS_GET_ALL));
+  Execute({"statistics"});
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_EQ(Output(), "statistics 1: complete\n");
+  EXPECT_EQ(Errors(), "");
+}
+
 TEST_F(Commands, ClearTellsTheServerWhatItIsLimitedTo) {
   Execute({"clear domain=d mep-id=7"});
   ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_STATS_CLEAR));
