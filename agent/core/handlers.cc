@@ -48,9 +48,9 @@ void StatisticsHandler::OnStatsReply() { monitor_.StatisticsComplete(); }
 void LinktraceHandler::OnMepLinktraceStarted(const std::string& md_name, const std::string& ma_name,
                                              std::uint16_t mep_id, std::uint32_t transaction_id,
                                              cfm::st_mac target_mac, std::uint16_t remote_mep_id,
-                                             bool /*has_started_value*/,
-                                             std::uint32_t /*started_value*/) {
-  monitor_.LinktraceStarted({md_name, ma_name, mep_id}, remote_mep_id, transaction_id, target_mac);
+                                             bool has_started_value, std::uint32_t started_value) {
+  monitor_.LinktraceStarted({md_name, ma_name, mep_id}, remote_mep_id, transaction_id, target_mac,
+                            has_started_value ? std::optional(started_value) : std::nullopt);
 }
 
 void LinktraceHandler::OnMepLinktraceEnded(const std::string& md_name, const std::string& ma_name,
@@ -80,9 +80,9 @@ void LoopbackHandler::OnLoopbackStarted(std::uint32_t request_id, const cfm::st_
   monitor_.Started(TestKind::Loopback, request_id, target_mac);
 }
 
-void LoopbackHandler::OnLoopbackReplyRx(std::uint32_t request_id, std::uint32_t /*transaction_id*/,
+void LoopbackHandler::OnLoopbackReplyRx(std::uint32_t request_id, std::uint32_t transaction_id,
                                         const cfm::st_mac& mac) {
-  monitor_.Replied(TestKind::Loopback, request_id, mac);
+  monitor_.Replied(TestKind::Loopback, request_id, mac, transaction_id);
 }
 
 void LoopbackHandler::OnLoopbackEnded(std::uint32_t request_id, std::uint64_t expected_replies,

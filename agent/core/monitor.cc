@@ -111,9 +111,11 @@ void Monitor::RemoteStatistics(const MepKey& mep, std::uint16_t remote,
 void Monitor::StatisticsComplete() { Finish(tracker_.StatisticsComplete()); }
 
 void Monitor::LinktraceStarted(const MepKey& mep, std::uint16_t remote, std::uint32_t transaction,
-                               const cfm::st_mac& target) {
+                               const cfm::st_mac& target,
+                               std::optional<std::uint32_t> started_value) {
   PrintReport(tracker_.LinktraceStarted(mep, remote, transaction, environment_.now()),
-              "started towards " + target.to_string());
+              "started towards " + target.to_string() +
+                  (started_value ? ", value " + std::to_string(*started_value) : ""));
 }
 
 void Monitor::LinktraceReply(const MepKey& mep, const cfm::LinktraceReplyEntry& reply) {
@@ -131,9 +133,11 @@ void Monitor::Started(TestKind kind, std::uint32_t request_id, const cfm::st_mac
               "started towards " + target.to_string());
 }
 
-void Monitor::Replied(TestKind kind, std::uint32_t request_id, const cfm::st_mac& from) {
+void Monitor::Replied(TestKind kind, std::uint32_t request_id, const cfm::st_mac& from,
+                      std::optional<std::uint32_t> transaction) {
   PrintReport(tracker_.Replied(kind, request_id, environment_.now()),
-              "reply from " + from.to_string());
+              "reply from " + from.to_string() +
+                  (transaction ? ", transaction " + std::to_string(*transaction) : ""));
 }
 
 void Monitor::Ended(std::uint32_t request_id, const LoopbackResult& result) {

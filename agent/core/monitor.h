@@ -81,13 +81,14 @@ class Monitor {
   void StatisticsComplete();
 
   void LinktraceStarted(const MepKey& mep, std::uint16_t remote, std::uint32_t transaction,
-                        const cfm::st_mac& target);
+                        const cfm::st_mac& target, std::optional<std::uint32_t> started_value);
   void LinktraceReply(const MepKey& mep, const cfm::LinktraceReplyEntry& reply);
   void LinktraceEnded(const MepKey& mep, std::uint32_t transaction);
 
   // Of a loopback or delay measurement.
   void Started(TestKind kind, std::uint32_t request_id, const cfm::st_mac& target);
-  void Replied(TestKind kind, std::uint32_t request_id, const cfm::st_mac& from);
+  void Replied(TestKind kind, std::uint32_t request_id, const cfm::st_mac& from,
+               std::optional<std::uint32_t> transaction = std::nullopt);
   void Ended(std::uint32_t request_id, const LoopbackResult& result);
   void Ended(std::uint32_t request_id, const DelayResult& result);
 

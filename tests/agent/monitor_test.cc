@@ -85,7 +85,8 @@ TEST_F(MonitorTest, PrintsALoopback) {
   loopback_.OnLoopbackEnded(id, 3, 1, 2, 0);
   EXPECT_THAT(lines_,
               ElementsAre("loopback 1 from MEP d a 1 to 9: started towards 02:00:00:00:00:01",
-                          "loopback 1 from MEP d a 1 to 9: reply from 02:00:00:00:00:01",
+                          "loopback 1 from MEP d a 1 to 9: reply from 02:00:00:00:00:01, "
+                          "transaction 5",
                           "loopback 1 from MEP d a 1 to 9: complete, 1 of 3 expected replies in "
                           "order, 2 out of order, 0 with a wrong payload"));
   EXPECT_THAT(ends_, ElementsAre(EndReason::Complete));
@@ -121,6 +122,13 @@ TEST_F(MonitorTest, PrintsALinktraceOnceThoughTwoHandlersGetIt) {
                           "linktrace 1 from MEP d a 1 to 9: reply from 00:00:00:00:00:00, TTL 63, "
                           "relay action FDB",
                           "linktrace 1 from MEP d a 1 to 9: complete, 1 reply"));
+}
+
+TEST_F(MonitorTest, PrintsTheValueThatALinktraceStartsWith) {
+  monitor_.Begin(TestKind::Linktrace, kMep, 9);
+  linktrace_.OnMepLinktraceStarted("d", "a", 1, 77, kMac, 9, true, 0);
+  EXPECT_THAT(lines_, ElementsAre("linktrace 1 from MEP d a 1 to 9: started towards "
+                                  "02:00:00:00:00:01, value 0"));
 }
 
 TEST_F(MonitorTest, PrintsARefusalOfEveryKind) {
