@@ -50,7 +50,8 @@ void AddOptions(CLI::App& app, Options& options, int& timeout) {
          "-l,--log-config", options.log_config,
          "zlog configuration; otherwise VORX_LOG_CONFIG or, without commands, the installed "
          "one")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile);
   app.add_option("-n,--name", options.name,
                  "name on the bus; otherwise cfm-agent or, with commands, cfm-agent-PID")
       ->type_name("NAME");

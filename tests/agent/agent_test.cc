@@ -231,6 +231,12 @@ TEST_F(CommandLine, RefusesWhatItDoesNotKnow) {
   EXPECT_TRUE(Complains("--colour"));
 }
 
+TEST_F(CommandLine, RefusesALogConfigurationThatIsNotThere) {
+  StartAgent({"--log-config", directory_.File("nothing")});
+  EXPECT_EQ(agent_.Wait(), 2);
+  EXPECT_TRUE(Complains("File does not exist"));
+}
+
 TEST_F(CommandLine, NeedsAConfigurationFile) {
   cfm_test::ChildProcess agent({CFM_AGENT}, directory_.File("out"), directory_.File("err"));
   EXPECT_EQ(agent.Wait(), 2);
