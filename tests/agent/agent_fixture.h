@@ -17,6 +17,14 @@
 
 namespace cfm_agent::testing {
 
+// A configuration of one endpoint, 1, that watches one other, 9.
+inline constexpr const char* kOneEndpoint =
+    "domains:\n"
+    "- name: d\n"
+    "  level: 1\n"
+    "  associations:\n"
+    "  - {name: a, mep-ids: [1, 9], endpoints: [{mep-id: 1, direction: up, port: lo}]}\n";
+
 // Plays the CFM server: notes what it is asked, and says what the test tells it to. Answers a
 // request for its configuration by itself.
 class FakeServer {

@@ -12,17 +12,10 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr const char* kConfig =
-    "domains:\n"
-    "- name: d\n"
-    "  level: 1\n"
-    "  associations:\n"
-    "  - {name: a, mep-ids: [1, 9], endpoints: [{mep-id: 1, direction: up, port: lo}]}\n";
-
 class Commands : public AgentTest {
  protected:
   void SetUp() override {
-    WriteConfig(kConfig);
+    WriteConfig(kOneEndpoint);
     StartServer();
   }
 

@@ -18,13 +18,6 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr const char* kConfig =
-    "domains:\n"
-    "- name: d\n"
-    "  level: 1\n"
-    "  associations:\n"
-    "  - {name: a, mep-ids: [1, 9], endpoints: [{mep-id: 1, direction: up, port: lo}]}\n";
-
 // A shell script that joins the agent to a terminal: with its program, configuration, bus, the
 // terminal and a home. The line editor never frees the name and the help of a function that is
 // added to it.
@@ -37,7 +30,7 @@ exec "$0" --interactive --config "$1" --bus "$2" < "$3" > "$3")";
 class Terminals : public AgentTest {
  protected:
   void SetUp() override {
-    WriteConfig(kConfig);
+    WriteConfig(kOneEndpoint);
     StartServer();
     terminal_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     ASSERT_GE(terminal_, 0);

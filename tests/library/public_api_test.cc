@@ -2,9 +2,7 @@
 #include <cfm/client.h>
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstring>
-#include <locale>
 #include <type_traits>
 
 namespace cfm_test {

@@ -1,5 +1,4 @@
 // From one configuration of domains, associations and endpoints to the next.
-#include <clocale>
 #include <locale>
 
 #include "client_fixture.h"
