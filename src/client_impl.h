@@ -101,9 +101,13 @@ class ClientImpl {
 
   // Configuration
   void Apply();
-  void ApplyDelete(const core::MdSet& mds, const core::MaSet& mas, const core::MepList& meps) const;
-  void ApplyCreate(const core::MdSet& mds, const core::MaSet& mas, const core::MepList& meps) const;
-  void ApplyUpdate(const core::MdSet& mds, const core::MaSet& mas, const core::MepList& meps) const;
+  void LogDesiredConfig() const;
+  void ApplyDelete(const core::MdList& mds, const core::MaList& mas,
+                   const core::MepList& meps) const;
+  void ApplyCreate(const core::MdList& mds, const core::MaList& mas,
+                   const core::MepList& meps) const;
+  void ApplyUpdate(const core::MdList& mds, const core::MaList& mas,
+                   const core::MepList& meps) const;
   void CreateMd(const std::string& md_name, const st_maintenance_domain_cfg& cfg) const;
   void UpdateMd(const std::string& md_name, SenderIdTlvContent sender_id,
                 MhfCreationMode mhf_creation) const;
@@ -126,6 +130,7 @@ class ClientImpl {
 
   // Probes
   void ApplyDelayMeasurementProbe();
+  void LogDesiredProbes() const;
   void CreateDelayMeasurementProbe(std::uint16_t probe_id, const probe_cfg& cfg) const;
   void DeleteDelayMeasurementProbe(std::uint16_t probe_id) const;
   void CreateDelayMeasurementSession(std::uint16_t probe_id, std::uint16_t session_id,

@@ -30,11 +30,15 @@ void ClientImpl::UpdateConfig(const hierarchy& config) {
   Apply();
 }
 
-void ClientImpl::Apply() {
+// The text is released before anything else is built.
+void ClientImpl::LogDesiredConfig() const {
   const std::string dump = core::HierarchyDump(desired_hierarchy, InterfaceName);
   Log<log_point::kApplyingConfig>(log_category);
   Log<log_point::kConfigDump>(log_category, dump.c_str());
+}
 
+void ClientImpl::Apply() {
+  LogDesiredConfig();
   const core::HierarchyPlan plan = core::PlanHierarchy(applied_hierarchy, desired_hierarchy);
   ApplyDelete(plan.deletes.mds, plan.deletes.mas, plan.deletes.meps);
   ApplyCreate(plan.creates.mds, plan.creates.mas, plan.creates.meps);
@@ -43,28 +47,28 @@ void ClientImpl::Apply() {
 }
 
 // Bottom up, so that nothing loses its parent before it is deleted itself.
-void ClientImpl::ApplyDelete(const core::MdSet& mds, const core::MaSet& mas,
+void ClientImpl::ApplyDelete(const core::MdList& mds, const core::MaList& mas,
                              const core::MepList& meps) const {
   for (const hierarchy_mep* const mep : meps) {
     DeleteMep(mep->md_name, mep->ma_name, mep->cfg.mep_id);
   }
-  for (const auto& [key, entry] : mas) {
+  for (const core::MaEntry* const entry : mas) {
     const auto& [ma_name, ma] = *entry;
     DeleteMa(ma.md_name, ma_name);
   }
-  for (const auto& [key, entry] : mds) {
+  for (const core::MdEntry* const entry : mds) {
     DeleteMd(entry->first);
   }
 }
 
 // Top down, so that everything finds its parent.
-void ClientImpl::ApplyCreate(const core::MdSet& mds, const core::MaSet& mas,
+void ClientImpl::ApplyCreate(const core::MdList& mds, const core::MaList& mas,
                              const core::MepList& meps) const {
-  for (const auto& [key, entry] : mds) {
+  for (const core::MdEntry* const entry : mds) {
     const auto& [md_name, md] = *entry;
     CreateMd(md_name, md.cfg);
   }
-  for (const auto& [key, entry] : mas) {
+  for (const core::MaEntry* const entry : mas) {
     const auto& [ma_name, ma] = *entry;
     CreateMa(ma.md_name, ma_name, ma.cfg);
   }
@@ -73,13 +77,13 @@ void ClientImpl::ApplyCreate(const core::MdSet& mds, const core::MaSet& mas,
   }
 }
 
-void ClientImpl::ApplyUpdate(const core::MdSet& mds, const core::MaSet& mas,
+void ClientImpl::ApplyUpdate(const core::MdList& mds, const core::MaList& mas,
                              const core::MepList& meps) const {
-  for (const auto& [key, entry] : mds) {
+  for (const core::MdEntry* const entry : mds) {
     const auto& [md_name, md] = *entry;
     UpdateMd(md_name, md.cfg.sender_id, md.cfg.mhf_creation);
   }
-  for (const auto& [key, entry] : mas) {
+  for (const core::MaEntry* const entry : mas) {
     const auto& [ma_name, ma] = *entry;
     UpdateMa(ma.md_name, ma_name, ma.cfg.ccm_interval, ma.cfg.sender_id, ma.cfg.mhf_creation,
              ma.cfg.mep_ids, ma.cfg.ais);

@@ -29,7 +29,7 @@ void ClientImpl::HandleDelayMeasurementTriggerError(vorx_t* /*handle*/, void* us
                                                     const vorx_pid_t* /*sender*/, void* data,
                                                     unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpDelayMeasurementTriggerError>(data, length).message;
+  const auto message = Receive<client_server::OpDelayMeasurementTriggerError>(data, length);
   Log<log_point::kDelayTriggerError>(self.log_category, message.error_code());
   if (self.delay_measurement_handler != nullptr) {
     self.delay_measurement_handler->OnDelayMeasurementTriggerError(
@@ -41,9 +41,9 @@ void ClientImpl::HandleDelayMeasurementTriggerError(vorx_t* /*handle*/, void* us
 void ClientImpl::HandleDelayMeasurementStarted(vorx_t* /*handle*/, void* user, void* data,
                                                unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpDelayMeasurementStarted>(data, length).message;
+  const auto message = Receive<client_server::OpDelayMeasurementStarted>(data, length);
   const st_mac target = core::MacFromBytes(message.mac_address());
-  Log<log_point::kDelayStarted>(self.log_category, target.to_string().c_str());
+  Log<log_point::kDelayStarted>(self.log_category, core::MacText(target).data());
   if (self.delay_measurement_handler != nullptr) {
     self.delay_measurement_handler->OnDelayMeasurementStarted(message.request_id(), target);
   }
@@ -52,9 +52,9 @@ void ClientImpl::HandleDelayMeasurementStarted(vorx_t* /*handle*/, void* user, v
 void ClientImpl::HandleDelayMeasurementReplyRx(vorx_t* /*handle*/, void* user, void* data,
                                                unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpDelayMeasurementReplyRx>(data, length).message;
+  const auto message = Receive<client_server::OpDelayMeasurementReplyRx>(data, length);
   const st_mac mac = core::MacFromBytes(message.mac_address());
-  Log<log_point::kDelayReply>(self.log_category, mac.to_string().c_str());
+  Log<log_point::kDelayReply>(self.log_category, core::MacText(mac).data());
   if (self.delay_measurement_handler != nullptr) {
     self.delay_measurement_handler->OnDelayMeasurementReplyRx(message.request_id(), mac);
   }
@@ -63,7 +63,7 @@ void ClientImpl::HandleDelayMeasurementReplyRx(vorx_t* /*handle*/, void* user, v
 void ClientImpl::HandleDelayMeasurementEnded(vorx_t* /*handle*/, void* user, void* data,
                                              unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpDelayMeasurementEnded>(data, length).message;
+  const auto message = Receive<client_server::OpDelayMeasurementEnded>(data, length);
   Log<log_point::kDelayEnded>(self.log_category,
                               static_cast<unsigned long long>(message.rx_count()),
                               static_cast<unsigned long long>(message.tx_count()));
@@ -79,7 +79,7 @@ void ClientImpl::HandleDelayMeasurementEnded(vorx_t* /*handle*/, void* user, voi
 void ClientImpl::HandleDelayMeasurementSessionEnded(vorx_t* /*handle*/, void* user, void* data,
                                                     unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpDelayMeasurementSessionEnded>(data, length).message;
+  const auto message = Receive<client_server::OpDelayMeasurementSessionEnded>(data, length);
   if (self.status_handler != nullptr) {
     self.status_handler->OnDelayMeasurementSessionEnded(core::SessionResult(message));
   }

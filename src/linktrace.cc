@@ -24,11 +24,11 @@ namespace {
 
 template <typename Message, const FaultPoint& Fault>
 Message ReceiveWhole(const void* data, unsigned length) {
-  auto received = Receive<Message>(data, length);
-  if (!received.whole) {
+  Message message;
+  if (!ParsePayload(data, length, message)) {
     RaiseFault(Fault);
   }
-  return std::move(received.message);
+  return message;
 }
 
 }  // namespace
@@ -49,7 +49,7 @@ void ClientImpl::HandleLinktraceTriggerError(vorx_t* /*handle*/, void* user,
   if (self.linktrace_handler == nullptr) {
     return;
   }
-  const auto message = Receive<client_server::OpLinktraceTriggerError>(data, length).message;
+  const auto message = Receive<client_server::OpLinktraceTriggerError>(data, length);
   self.linktrace_handler->OnLinktraceTriggerError(core::LinktraceError(message));
 }
 
@@ -62,7 +62,7 @@ void ClientImpl::HandleMepLinktraceStarted(vorx_t* /*handle*/, void* user, void*
   const st_mac target = core::MacFromBytes(message.mac_address());
   Log<log_point::kLinktraceStarted>(self.log_category, message.transaction_id(),
                                     message.md_name().c_str(), message.ma_name().c_str(),
-                                    message.mep_id(), target.to_string().c_str(),
+                                    message.mep_id(), core::MacText(target).data(),
                                     message.remote_mep_id());
   const auto call = [&](auto* handler) {
     if (handler != nullptr) {

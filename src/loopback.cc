@@ -26,7 +26,7 @@ void ClientImpl::HandleLoopbackTriggerError(vorx_t* /*handle*/, void* user,
                                             const vorx_pid_t* /*sender*/, void* data,
                                             unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpLoopbackTriggerError>(data, length).message;
+  const auto message = Receive<client_server::OpLoopbackTriggerError>(data, length);
   Log<log_point::kLoopbackTriggerError>(self.log_category, message.error_code());
   if (self.loopback_handler != nullptr) {
     self.loopback_handler->OnLoopbackTriggerError(
@@ -38,9 +38,9 @@ void ClientImpl::HandleLoopbackTriggerError(vorx_t* /*handle*/, void* user,
 void ClientImpl::HandleLoopbackStarted(vorx_t* /*handle*/, void* user, void* data,
                                        unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpLoopbackStarted>(data, length).message;
+  const auto message = Receive<client_server::OpLoopbackStarted>(data, length);
   const st_mac target = core::MacFromBytes(message.mac_address());
-  Log<log_point::kLoopbackStarted>(self.log_category, target.to_string().c_str());
+  Log<log_point::kLoopbackStarted>(self.log_category, core::MacText(target).data());
   if (self.loopback_handler != nullptr) {
     self.loopback_handler->OnLoopbackStarted(message.request_id(), target);
   }
@@ -49,10 +49,10 @@ void ClientImpl::HandleLoopbackStarted(vorx_t* /*handle*/, void* user, void* dat
 void ClientImpl::HandleLoopbackReplyRx(vorx_t* /*handle*/, void* user, void* data,
                                        unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpLoopbackReplyRx>(data, length).message;
+  const auto message = Receive<client_server::OpLoopbackReplyRx>(data, length);
   const st_mac mac = core::MacFromBytes(message.mac_address());
   Log<log_point::kLoopbackReply>(self.log_category, message.transaction_id(),
-                                 mac.to_string().c_str());
+                                 core::MacText(mac).data());
   if (self.loopback_handler != nullptr) {
     self.loopback_handler->OnLoopbackReplyRx(message.request_id(), message.transaction_id(), mac);
   }
@@ -60,7 +60,7 @@ void ClientImpl::HandleLoopbackReplyRx(vorx_t* /*handle*/, void* user, void* dat
 
 void ClientImpl::HandleLoopbackEnded(vorx_t* /*handle*/, void* user, void* data, unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const auto message = Receive<client_server::OpLoopbackEnded>(data, length).message;
+  const auto message = Receive<client_server::OpLoopbackEnded>(data, length);
   Log<log_point::kLoopbackEnded>(self.log_category,
                                  static_cast<unsigned long long>(message.expected_replies()),
                                  static_cast<unsigned long long>(message.in_order_replies()),

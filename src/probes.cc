@@ -18,12 +18,15 @@ void ClientImpl::UpdateConfigProbe(const probe& config) {
   ApplyDelayMeasurementProbe();
 }
 
-void ClientImpl::ApplyDelayMeasurementProbe() {
+void ClientImpl::LogDesiredProbes() const {
   const std::string dump = core::ProbeDump(desired_probes);
   Log<log_point::kApplyingProbes>(log_category);
   Log<log_point::kProbesDump>(log_category, dump.c_str());
+}
 
-  for (const core::ProbeStep& step : core::PlanProbes(applied_probes, desired_probes)) {
+void ClientImpl::ApplyDelayMeasurementProbe() {
+  LogDesiredProbes();
+  core::PlanProbes(applied_probes, desired_probes, [this](const core::ProbeStep& step) {
     switch (step.kind) {
       case core::ProbeStep::Kind::CreateProbe:
         CreateDelayMeasurementProbe(step.probe_id, *step.probe);
@@ -38,7 +41,7 @@ void ClientImpl::ApplyDelayMeasurementProbe() {
         DeleteDelayMeasurementSession(step.probe_id, step.session_id);
         break;
     }
-  }
+  });
   applied_probes = desired_probes;
 }
 

@@ -6,23 +6,23 @@
 
 namespace cfm {
 
+/// Copies and parses a payload into an empty message. What does not parse still leaves the fields
+/// read so far. A null payload is an empty one.
+///
+/// @return whether the bytes were one complete message
 template <typename Message>
-struct Received {
-  Message message;
-  bool whole;  // the bytes were one complete message
-};
+bool ParsePayload(const void* data, unsigned length, Message& message) {
+  const auto bytes =
+      data == nullptr ? std::string() : std::string(static_cast<const char*>(data), length);
+  return message.ParseFromString(bytes);
+}
 
-/// Copies and parses a payload. What does not parse still leaves the fields read so far. A null
-/// payload is an empty one.
+/// The message that a payload holds, as far as it can be read.
 template <typename Message>
-Received<Message> Receive(const void* data, unsigned length) {
-  Received<Message> received{};
-  std::string bytes;
-  if (data != nullptr) {
-    bytes.assign(static_cast<const char*>(data), length);
-  }
-  received.whole = received.message.ParseFromString(bytes);
-  return received;
+Message Receive(const void* data, unsigned length) {
+  Message message;
+  ParsePayload(data, length, message);
+  return message;
 }
 
 }  // namespace cfm

@@ -19,7 +19,7 @@ void ClientImpl::HandleStatusLocalMep(vorx_t* /*handle*/, void* user, void* data
   if (self.status_handler == nullptr) {
     return;
   }
-  const auto message = Receive<client_server::StatusLocalMaintenanceEndpoint>(data, length).message;
+  const auto message = Receive<client_server::StatusLocalMaintenanceEndpoint>(data, length);
   const local_mep_status status = core::LocalMepStatus(message);
   const auto& mac = status.mac.octets;
   Log<log_point::kStatusLocalMep>(
@@ -39,8 +39,7 @@ void ClientImpl::HandleStatusRemoteMep(vorx_t* /*handle*/, void* user, void* dat
   if (self.status_handler == nullptr) {
     return;
   }
-  const auto message =
-      Receive<client_server::StatusRemoteMaintenanceEndpoint>(data, length).message;
+  const auto message = Receive<client_server::StatusRemoteMaintenanceEndpoint>(data, length);
   const remote_mep_status status = core::RemoteMepStatus(message);
   const auto& mac = status.mac.octets;
   Log<log_point::kStatusRemoteMep>(
@@ -59,8 +58,7 @@ void ClientImpl::HandleRemovedLocalMep(vorx_t* /*handle*/, void* user, void* dat
   if (self.status_handler == nullptr) {
     return;
   }
-  const auto message =
-      Receive<client_server::RemovedLocalMaintenanceEndpoint>(data, length).message;
+  const auto message = Receive<client_server::RemovedLocalMaintenanceEndpoint>(data, length);
   Log<log_point::kRemovedLocalMep>(self.log_category, message.md_name().c_str(),
                                    message.ma_name().c_str(), message.mep_id());
   self.status_handler->OnRemovedLocalMep(message.md_name(), message.ma_name(),
@@ -73,8 +71,7 @@ void ClientImpl::HandleRemovedRemoteMep(vorx_t* /*handle*/, void* user, void* da
   if (self.status_handler == nullptr) {
     return;
   }
-  const auto message =
-      Receive<client_server::RemovedRemoteMaintenanceEndpoint>(data, length).message;
+  const auto message = Receive<client_server::RemovedRemoteMaintenanceEndpoint>(data, length);
   Log<log_point::kRemovedRemoteMep>(self.log_category, message.md_name().c_str(),
                                     message.ma_name().c_str(), message.mep_id(),
                                     message.remote_mep_id());

@@ -9,7 +9,7 @@ template <typename Numbers>
 std::set<std::uint16_t> IdSet(const Numbers& numbers) {
   std::set<std::uint16_t> ids;
   for (const std::uint32_t number : numbers) {
-    ids.insert(Low16(number));
+    ids.insert(ids.end(), Low16(number));
   }
   return ids;
 }
@@ -72,21 +72,51 @@ st_maintenance_endpoint_cfg MepSettings(const client_server::OpCreateMaintenance
   return cfg;
 }
 
+// Servers list entities in the order of their names, so the place is usually at the end.
+template <typename Map>
+typename Map::mapped_type& Place(Map& map, const typename Map::key_type& key) {
+  return map.try_emplace(map.end(), key)->second;
+}
+
+// Finds associations. Endpoints usually follow others of the same one.
+class MaFinder {
+ public:
+  explicit MaFinder(hierarchy& config) : config_(config) {}
+
+  hierarchy_ma& Find(const std::string& md_name, const std::string& ma_name) {
+    if (ma_ == nullptr || *md_name_ != md_name || *ma_name_ != ma_name) {
+      md_name_ = &md_name;
+      ma_name_ = &ma_name;
+      ma_ = &Place(Place(config_.mds, md_name).mas, ma_name);
+    }
+    return *ma_;
+  }
+
+ private:
+  hierarchy& config_;
+  const std::string* md_name_ = nullptr;  // of what was found last; in the message
+  const std::string* ma_name_ = nullptr;
+  hierarchy_ma* ma_ = nullptr;
+};
+
 }  // namespace
 
 hierarchy HierarchyFromCache(const client_server::OpCacheSync& cache, PortOfIfindex port_of) {
   hierarchy result;
   for (const auto& entry : cache.mds()) {
-    result.mds[entry.md_name()] = hierarchy_md{MdSettings(entry), {}};
+    Place(result.mds, entry.md_name()) = hierarchy_md{MdSettings(entry), {}};
   }
+  MaFinder mas(result);
   for (const auto& entry : cache.mas()) {
-    result.mds[entry.md_name()].mas[entry.ma_name()] =
+    mas.Find(entry.md_name(), entry.ma_name()) =
         hierarchy_ma{entry.md_name(), MaSettings(entry), {}};
   }
   for (const auto& entry : cache.meps()) {
-    hierarchy_ma& ma = result.mds[entry.md_name()].mas[entry.ma_name()];
-    ma.meps[Low16(entry.mep_id())] =
-        hierarchy_mep{entry.md_name(), entry.ma_name(), MepSettings(entry, port_of)};
+    hierarchy_ma& ma = mas.Find(entry.md_name(), entry.ma_name());
+    hierarchy_mep& mep = Place(ma.meps, Low16(entry.mep_id()));
+    mep.md_name = entry.md_name();
+    mep.ma_name = entry.ma_name();
+    mep.cfg = MepSettings(entry, port_of);
   }
   return result;
 }

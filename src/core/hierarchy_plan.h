@@ -5,8 +5,7 @@
 #include <cfm/hierarchy.h>
 
 #include <map>
-#include <string_view>
-#include <utility>
+#include <string>
 #include <vector>
 
 namespace cfm::core {
@@ -17,13 +16,13 @@ using MaEntry = std::map<std::string, hierarchy_ma>::value_type;
 /// The working sets of one reconciliation. They point into the two configurations compared, and
 /// live no longer than those stay as they are. Domains are ordered by name; associations by the
 /// pair of their domain's key and their own; endpoints as they were found.
-using MdSet = std::map<std::string_view, const MdEntry*>;
-using MaSet = std::map<std::pair<std::string_view, std::string_view>, const MaEntry*>;
+using MdList = std::vector<const MdEntry*>;
+using MaList = std::vector<const MaEntry*>;
 using MepList = std::vector<const hierarchy_mep*>;
 
 struct WorkingSet {
-  MdSet mds;
-  MaSet mas;
+  MdList mds;
+  MaList mas;
   MepList meps;
 };
 

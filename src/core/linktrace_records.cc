@@ -38,14 +38,9 @@ std::unique_ptr<LtrReplyPort> ReplyPort(const client_server::LtrReplyEgressIngre
 }  // namespace
 
 linktrace_trigger_error LinktraceError(const client_server::OpLinktraceTriggerError& message) {
-  linktrace_trigger_error error;
-  error.request_id = message.key().request_id();
-  error.md_name = message.key().md_name();
-  error.ma_name = message.key().ma_name();
-  error.mep_id = Low16(message.key().mep_id());
-  error.remote_mep_id = Low16(message.key().remote_mep_id());
-  error.error_code = message.error_code();
-  return error;
+  const client_server::OpLinktraceTriggerKey& key = message.key();
+  return {key.request_id(),           key.md_name(),       key.ma_name(), Low16(key.mep_id()),
+          Low16(key.remote_mep_id()), message.error_code()};
 }
 
 std::shared_ptr<LinktraceReplyEntry> LinktraceReply(const client_server::LinktraceReply& message) {

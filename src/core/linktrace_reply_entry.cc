@@ -1,11 +1,9 @@
 #include <cfm/linktrace.h>
 
-#include "core/text.h"
+#include "core/text_buffer.h"
 
 namespace cfm {
 namespace {
-
-using core::AppendField;
 
 // How a rendering joins its items: on one line, or as a block with the items of a group indented.
 struct Layout {
@@ -29,25 +27,25 @@ class Renderer {
 
   template <typename Value>
   void Line(std::string_view label, const Value& value) {
-    AppendField(text_, label, value);
-    text_ += layout_.line_end;
+    text_.AddField(label, value);
+    text_.Add(layout_.line_end);
   }
 
   void Group(std::string_view label) {
-    text_ += label;
-    text_ += layout_.group_opener;
+    text_.Add(label);
+    text_.Add(layout_.group_opener);
   }
 
   template <typename Value>
   void Item(std::string_view label, const Value& value) {
-    text_ += layout_.indent;
-    AppendField(text_, label, value);
-    text_ += layout_.item_separator;
+    text_.Add(layout_.indent);
+    text_.AddField(label, value);
+    text_.Add(layout_.item_separator);
   }
 
   template <typename Value>
   void LastItem(std::string_view label, const Value& value) {
-    text_ += layout_.indent;
+    text_.Add(layout_.indent);
     Line(label, value);
   }
 
@@ -56,16 +54,16 @@ class Renderer {
       LastItem("Port ID: ", std::string_view("Not present"));
       return;
     }
-    text_ += layout_.indent;
-    AppendField(text_, "Port ID: Subtype ", port.port_id_subtype);
+    text_.Add(layout_.indent);
+    text_.AddField("Port ID: Subtype ", port.port_id_subtype);
     Line(", Length ", port.port_id.size());
   }
 
-  std::string Text() && { return std::move(text_); }
+  std::string Text() && { return std::move(text_).Take(); }
 
  private:
   Layout layout_;
-  std::string text_;
+  core::TextBuffer text_;
 };
 
 }  // namespace

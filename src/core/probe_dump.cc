@@ -1,40 +1,51 @@
 #include "core/probe_dump.h"
 
-#include "core/text.h"
+#include "core/text_buffer.h"
 
 namespace cfm::core {
 namespace {
 
-void AppendProbe(std::string& out, std::uint16_t probe_id, const probe_cfg& cfg) {
-  AppendField(out, "+ Probe Id: ", probe_id);
-  AppendField(out, ", Interval: ", cfg.interval);
-  AppendField(out, ", MA: ", cfg.ma);
-  AppendField(out, ", MD: ", cfg.md);
-  AppendField(out, ", LMEP: ", cfg.lmep);
-  AppendField(out, ", RMEP: ", cfg.rmep);
-  out += ", Sessions: \n";
+std::size_t CountLines(const probe& config) {
+  std::size_t lines = config.probes.size();
+  for (const auto& [probe_id, cfg] : config.probes) {
+    lines += cfg.sessions.size();
+  }
+  return lines;
 }
 
-void AppendSession(std::string& out, std::uint16_t session_id, const session_cfg& cfg) {
-  AppendField(out, "  + Session Id: ", session_id);
-  AppendField(out, ", Count: ", cfg.count);
-  AppendField(out, ", Interval: ", cfg.interval);
-  AppendField(out, ", Size: ", cfg.size);
-  AppendField(out, ", Pcp: ", cfg.pcp);
-  out += '\n';
+void AddProbe(TextBuffer& out, std::uint16_t probe_id, const probe_cfg& cfg) {
+  out.AddField("+ Probe Id: ", probe_id);
+  out.AddField(", Interval: ", cfg.interval);
+  out.AddField(", MA: ", cfg.ma);
+  out.AddField(", MD: ", cfg.md);
+  out.AddField(", LMEP: ", cfg.lmep);
+  out.AddField(", RMEP: ", cfg.rmep);
+  out.Add(", Sessions: ");
+}
+
+void AddSession(TextBuffer& out, std::uint16_t session_id, const session_cfg& cfg) {
+  out.AddField("  + Session Id: ", session_id);
+  out.AddField(", Count: ", cfg.count);
+  out.AddField(", Interval: ", cfg.interval);
+  out.AddField(", Size: ", cfg.size);
+  out.AddField(", Pcp: ", cfg.pcp);
 }
 
 }  // namespace
 
 std::string ProbeDump(const probe& config) {
-  std::string out = "CFM Delay Measurement Probes\n";
+  TextBuffer out;
+  std::size_t lines_to_come = CountLines(config);
+  out.Add("CFM Delay Measurement Probes\n");
   for (const auto& [probe_id, cfg] : config.probes) {
-    AppendProbe(out, probe_id, cfg);
+    AddProbe(out, probe_id, cfg);
+    out.EndLine(--lines_to_come);
     for (const auto& [session_id, session] : cfg.sessions) {
-      AppendSession(out, session_id, session);
+      AddSession(out, session_id, session);
+      out.EndLine(--lines_to_come);
     }
   }
-  return out;
+  return std::move(out).Take();
 }
 
 }  // namespace cfm::core

@@ -5,7 +5,7 @@
 #include <cfm/probe.h>
 
 #include <cstdint>
-#include <vector>
+#include <functional>
 
 namespace cfm::core {
 
@@ -20,10 +20,11 @@ struct ProbeStep {
   const session_cfg* session;  // of a session to create only
 };
 
-/// The requests in the order to send them: all creates, a probe before its sessions, then all
-/// deletes. What did not change is not sent; the sessions of a changed probe stay unless they
+/// Visits the requests in the order to send them: all creates, a probe before its sessions, then
+/// all deletes. What did not change is not sent; the sessions of a changed probe stay unless they
 /// changed too, and those of a deleted probe go with it.
-std::vector<ProbeStep> PlanProbes(const probe& applied, const probe& desired);
+void PlanProbes(const probe& applied, const probe& desired,
+                const std::function<void(const ProbeStep&)>& visit);
 
 }  // namespace cfm::core
 
