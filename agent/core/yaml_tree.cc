@@ -169,7 +169,8 @@ std::unique_ptr<YamlTree> ParseYaml(std::string_view text, Mistakes& mistakes,
   } catch (const Rejection& rejection) {
     mistakes.push_back(rejection.mistake);
   } catch (const YAML::Exception& error) {
-    mistakes.push_back({ToFileMark(error.mark), "", "not readable as YAML: " + error.msg});
+    mistakes.push_back(
+        {ToFileMark(error.mark), "", "not readable as YAML: " + Printable(error.msg)});
   }
   return nullptr;
 }

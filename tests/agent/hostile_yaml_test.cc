@@ -45,6 +45,12 @@ TEST(BrokenYaml, IsToldWithItsPlace) {
   EXPECT_THAT(MistakesIn("domains: *nowhere\n"), ElementsAre(HasSubstr("not readable as YAML: ")));
 }
 
+// The parser's own words may repeat what it stumbled over.
+TEST(BrokenYaml, IsToldOnOneLine) {
+  EXPECT_THAT(MistakesIn("domains: \"\\\x01\"\n"),
+              ElementsAre(AllOf(HasSubstr("not readable as YAML: "), HasSubstr("\\x01"))));
+}
+
 TEST(HostileYaml, NestedDeeply) {
   EXPECT_THAT(MistakesIn(Repeat("[", 100'000)),
               ElementsAre(AllOf(StartsWith("f:1:"), HasSubstr("nested more than 32 deep"))));
