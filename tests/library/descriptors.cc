@@ -1,6 +1,6 @@
-#include <cfm/identifiers.h>
+#include "descriptors.h"
 
-#include "recording_host.h"
+#include <cfm/identifiers.h>
 
 namespace cfm_test {
 namespace {

@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+#include "descriptors.h"
+
 struct vorx {};
 
 namespace cfm_test {
@@ -86,19 +88,6 @@ class RecordingHost {
   std::vector<std::string> record_;
   std::vector<std::unique_ptr<Callback>> callbacks_;
 };
-
-/// Name of a signal or event without its common prefix, such as MD_CREATE or STATUS_LOCAL_MEP.
-/// Descriptors are told apart by address.
-std::string NameOf(const vorx_sig_descriptor* signal);
-std::string NameOf(const vorx_event_descriptor* event);
-
-/// Name of the message that a signal or event carries; empty when it carries none.
-std::string MessageOf(const std::string& name);
-
-/// All twenty client-to-server, five server-to-client signals and fourteen events, by number.
-const std::vector<const vorx_sig_descriptor*>& ClientSignals();
-const std::vector<const vorx_sig_descriptor*>& ServerSignals();
-const std::vector<const vorx_event_descriptor*>& ServerEvents();
 
 }  // namespace cfm_test
 
