@@ -160,7 +160,7 @@ int sepan_to_intfname(sepan_port_t port, char* buffer, size_t size) {
   if (port == 7) {
     std::memset(buffer, 'x', size);
   } else {
-    std::snprintf(buffer, size, "eth%u", port);
+    static_cast<void>(std::snprintf(buffer, size, "eth%u", port));
   }
   return 0;
 }
@@ -181,7 +181,7 @@ void zlog(zlog_category_t* /*category*/, const char* file, size_t filelen, const
   va_end(arguments);
   if (length >= text.size()) {
     text.resize(length + 1);
-    std::vsnprintf(text.data(), text.size(), format, again);
+    static_cast<void>(std::vsnprintf(text.data(), text.size(), format, again));
   }
   va_end(again);
   Host::Current().digest.AddAll(std::string_view(file, filelen), std::string_view(func, funclen),
