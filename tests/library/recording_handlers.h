@@ -52,7 +52,8 @@ class Recorder {
  protected:
   // The handler may be gone when `then` returns.
   template <typename... Args>
-  void Record(const std::string& operation, const Args&... args) {
+  void Record(const char* operation, const Args&... args) {
+    const Running running(Running::Code::Host);
     host_.Note(name_ + ' ' + operation + (std::string() + ... + (' ' + Text(args))));
     const auto action = then;
     action();

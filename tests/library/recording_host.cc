@@ -44,10 +44,14 @@ std::vector<std::string> RecordingHost::Take(std::string_view prefix) {
 }
 
 void RecordingHost::ServerFound(vorx_pid_t pid) {
+  const Running running(Running::Code::Library);
   subscription.found(&handle_, &pid, subscription.user);
 }
 
-void RecordingHost::ServerLost() { subscription.lost(&handle_, subscription.user); }
+void RecordingHost::ServerLost() {
+  const Running running(Running::Code::Library);
+  subscription.lost(&handle_, subscription.user);
+}
 
 const RecordingHost::Callback* RecordingHost::FindCallback(const std::string& name) const {
   for (const auto& callback : callbacks_) {
@@ -63,6 +67,7 @@ void RecordingHost::Signal(const vorx_sig_descriptor* signal, std::string payloa
   std::vector<char> bytes(payload.begin(), payload.end());
   const Callback* const callback = FindCallback(NameOf(signal));
   const vorx_pid_t sender = 4711;
+  const Running running(Running::Code::Library);
   callback->signal(&handle_, callback->user, &sender, bytes.data(),
                    static_cast<unsigned>(bytes.size()));
 }
@@ -70,17 +75,20 @@ void RecordingHost::Signal(const vorx_sig_descriptor* signal, std::string payloa
 void RecordingHost::Event(const vorx_event_descriptor* event, std::string payload) {
   std::vector<char> bytes(payload.begin(), payload.end());
   const Callback* const callback = FindCallback(NameOf(event));
+  const Running running(Running::Code::Library);
   callback->event(&handle_, callback->user, bytes.data(), static_cast<unsigned>(bytes.size()));
 }
 
 void RecordingHost::SignalNull(const vorx_sig_descriptor* signal) {
   const Callback* const callback = FindCallback(NameOf(signal));
   const vorx_pid_t sender = 4711;
+  const Running running(Running::Code::Library);
   callback->signal(&handle_, callback->user, &sender, nullptr, 0);
 }
 
 void RecordingHost::EventNull(const vorx_event_descriptor* event) {
   const Callback* const callback = FindCallback(NameOf(event));
+  const Running running(Running::Code::Library);
   callback->event(&handle_, callback->user, nullptr, 0);
 }
 
@@ -113,6 +121,7 @@ void RecordingHost::Deregister(const void* callback) {
 }  // namespace cfm_test
 
 using cfm_test::RecordingHost;
+using cfm_test::Running;
 
 namespace {
 
@@ -123,30 +132,28 @@ std::string Checked(const vorx_t* handle, std::string entry) {
 
 }  // namespace
 
-// Opaque to the library.
-struct vorx_subscription {
-  RecordingHost* host;
-};
-
 extern "C" {
 
 vorx_subscription_t* vorx_proc_subscribe(vorx_t* handle, const char* process_name,
                                          vorx_proc_found_cb found, vorx_proc_lost_cb lost,
                                          void* user) {
+  const Running running(Running::Code::Host);
   RecordingHost& host = RecordingHost::Current();
   host.Note(Checked(handle, std::string("subscribe ") + process_name));
   host.subscription = {found, lost, user};
   host.on_subscribe();
-  return host.subscription_works ? new vorx_subscription{&host} : nullptr;
+  return host.subscription_works ? reinterpret_cast<vorx_subscription_t*>(&host.subscription)
+                                 : nullptr;
 }
 
 void vorx_proc_unsubscribe(vorx_subscription_t** subscription) {
+  const Running running(Running::Code::Host);
   RecordingHost::Current().Note(*subscription == nullptr ? "unsubscribe nothing" : "unsubscribe");
-  delete *subscription;
   *subscription = nullptr;
 }
 
 zlog_category_t* vorx_trace_init(vorx_t* handle, const char* name) {
+  const Running running(Running::Code::Host);
   RecordingHost& host = RecordingHost::Current();
   host.Note(Checked(handle, std::string("trace ") + name));
   return host.trace_works ? reinterpret_cast<zlog_category_t*>(&host) : nullptr;
@@ -154,28 +161,33 @@ zlog_category_t* vorx_trace_init(vorx_t* handle, const char* name) {
 
 vorx_registration_t* vorx_sig_register_sized(vorx_t* handle, const vorx_sig_descriptor* signal,
                                              vorx_sig_cb callback, void* user) {
+  const Running running(Running::Code::Host);
   return reinterpret_cast<vorx_registration_t*>(RecordingHost::Current().Register(
       {Checked(handle, cfm_test::NameOf(signal)), callback, nullptr, user}));
 }
 
 void vorx_sig_deregister(vorx_registration_t** registration) {
+  const Running running(Running::Code::Host);
   RecordingHost::Current().Deregister(*registration);
   *registration = nullptr;
 }
 
 vorx_eventreg_t* vorx_event_register_sized(vorx_t* handle, const vorx_event_descriptor* event,
                                            vorx_event_cb callback, void* user) {
+  const Running running(Running::Code::Host);
   return reinterpret_cast<vorx_eventreg_t*>(RecordingHost::Current().Register(
       {Checked(handle, cfm_test::NameOf(event)), nullptr, callback, user}));
 }
 
 void vorx_event_deregister(vorx_eventreg_t** registration) {
+  const Running running(Running::Code::Host);
   RecordingHost::Current().Deregister(*registration);
   *registration = nullptr;
 }
 
 int vorx_sig_send(vorx_t* handle, const vorx_pid_t* destination, const vorx_sig_descriptor* signal,
                   const void* data, unsigned int length) {
+  const Running running(Running::Code::Host);
   const std::string name = cfm_test::NameOf(signal);
   if (const auto& on_send = RecordingHost::Current().on_send; on_send) {
     on_send(name, data == nullptr ? "" : std::string(static_cast<const char*>(data), length));
@@ -193,10 +205,14 @@ int vorx_sig_send(vorx_t* handle, const vorx_pid_t* destination, const vorx_sig_
   return -1;  // never looked at
 }
 
-void vorx_print_backtrace(void) { RecordingHost::Current().Note("backtrace"); }
+void vorx_print_backtrace(void) {
+  const Running running(Running::Code::Host);
+  RecordingHost::Current().Note("backtrace");
+}
 
 // Fatal errors end the process, so the whole record goes where the parent process sees it.
 void vorx_gen_fault(int kind, const char* function, const char* file, int line, const char* text) {
+  const Running running(Running::Code::Host);
   RecordingHost& host = RecordingHost::Current();
   constexpr std::size_t buffer_size = 350;
   const std::size_t length = std::strlen(text);
@@ -210,6 +226,7 @@ void vorx_gen_fault(int kind, const char* function, const char* file, int line, 
 }
 
 int sepan_to_ifindex(sepan_port_t port, uint32_t* ifindex) {
+  const Running running(Running::Code::Host);
   if (RecordingHost::Current().interfaces.count(port) == 0) {
     return -1;
   }
@@ -218,6 +235,7 @@ int sepan_to_ifindex(sepan_port_t port, uint32_t* ifindex) {
 }
 
 int sepan_to_intfname(sepan_port_t port, char* buffer, size_t size) {
+  const Running running(Running::Code::Host);
   const auto& interfaces = RecordingHost::Current().interfaces;
   const auto found = interfaces.find(port);
   if (found == interfaces.end()) {
@@ -231,6 +249,7 @@ int sepan_to_intfname(sepan_port_t port, char* buffer, size_t size) {
 sepan_interface_t sepan_from_ifindex(uint32_t ifindex) { return {ifindex - 1000}; }
 
 int zlog_level_enabled(zlog_category_t* category, const int level) {
+  const Running running(Running::Code::Host);
   if (category != reinterpret_cast<zlog_category_t*>(&RecordingHost::Current())) {
     RecordingHost::Current().Note("level asked of the wrong category");
   }
@@ -239,6 +258,7 @@ int zlog_level_enabled(zlog_category_t* category, const int level) {
 
 void zlog(zlog_category_t* category, const char* file, size_t filelen, const char* func,
           size_t funclen, long line, int level, const char* format, ...) {
+  const Running running(Running::Code::Host);
   RecordingHost& host = RecordingHost::Current();
   va_list arguments;
   va_start(arguments, format);

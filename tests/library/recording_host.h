@@ -22,6 +22,25 @@ struct vorx {};
 
 namespace cfm_test {
 
+/// Whose code runs: the library's, from when it is called until it returns or calls out; or that of
+/// the host, a handler or a test. The host notes each change but the calls of cfm::Client, which a
+/// test notes itself where it matters.
+class Running {
+ public:
+  enum class Code { Host, Library };
+
+  explicit Running(Code code) : before_(current_) { current_ = code; }
+  ~Running() { current_ = before_; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+  static Code Now() { return current_; }
+
+ private:
+  inline static Code current_ = Code::Host;
+  const Code before_;
+};
+
 class RecordingHost {
  public:
   RecordingHost();
@@ -40,7 +59,10 @@ class RecordingHost {
   //   fault KIND FUNCTION FILE:LINE TEXT, backtrace
   // and whatever a test adds with Note(), usually what a handler was called with.
   std::vector<std::string> Take();
-  void Note(std::string entry) { record_.push_back(std::move(entry)); }
+  void Note(std::string entry) {
+    record_.push_back(std::move(entry));
+    on_note();
+  }
 
   // Only the entries that begin with the prefix, without it; the record is emptied all the same.
   std::vector<std::string> Take(std::string_view prefix);
@@ -62,6 +84,7 @@ class RecordingHost {
   bool dump_level_enabled = true;
   std::function<bool(const std::string& name)> registration_works = [](auto&) { return true; };
   std::function<void()> on_subscribe = [] {};
+  std::function<void()> on_note = [] {};
   std::function<void(const std::string& signal, const std::string& payload)> on_send;
   std::map<sepan_port_t, std::string> interfaces = {{1, "eth1"}, {2, "eth2"}};
 
