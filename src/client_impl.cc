@@ -3,6 +3,9 @@
 #include <cfm/identifiers.h>
 #include <google/protobuf/message_lite.h>
 
+#include <iterator>
+#include <tuple>
+
 #include "log_points.h"
 
 namespace cfm {
@@ -65,13 +68,15 @@ void ClientImpl::RegisterSignalHandlers() {
       {CFM_MGR_SRV_EVENT_DELAY_MEASUREMENT_ENDED, HandleDelayMeasurementEnded},
       {CFM_MGR_SRV_EVENT_DELAY_MEASUREMENT_SESSION_ENDED, HandleDelayMeasurementSessionEnded},
   };
+  static_assert(std::size(signals) == std::tuple_size_v<decltype(signal_registrations)>);
+  static_assert(std::size(events) == std::tuple_size_v<decltype(event_registrations)>);
+  auto signal_registration = signal_registrations.begin();
   for (const auto& entry : signals) {
-    signal_registrations.push_back(
-        vorx_sig_register_sized(token, entry.signal, entry.callback, this));
+    *signal_registration++ = vorx_sig_register_sized(token, entry.signal, entry.callback, this);
   }
+  auto event_registration = event_registrations.begin();
   for (const auto& entry : events) {
-    event_registrations.push_back(
-        vorx_event_register_sized(token, entry.event, entry.callback, this));
+    *event_registration++ = vorx_event_register_sized(token, entry.event, entry.callback, this);
   }
 }
 

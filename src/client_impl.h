@@ -17,10 +17,10 @@
 #include <vorx/vorx.h>
 #include <zlog.h>
 
+#include <array>
 #include <cstdint>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "core/hierarchy_plan.h"
 #include "log.h"
@@ -153,8 +153,10 @@ class ClientImpl {
   vorx_pid_t server_pid = 0;    // 0 while the server is absent
   hierarchy desired_hierarchy;  // as the application handed it in last
   hierarchy applied_hierarchy;  // as the server is believed to hold it
-  std::vector<vorx_registration_t*> signal_registrations;
-  std::vector<vorx_eventreg_t*> event_registrations;
+  // In the order of registration; null where it did not succeed. Part of the client, so that no
+  // memory is needed any more once the host knows it.
+  std::array<vorx_registration_t*, 5> signal_registrations{};
+  std::array<vorx_eventreg_t*, 14> event_registrations{};
   bool server_synced = false;  // a cache reply of the present server was applied
   probe desired_probes;
   probe applied_probes;
