@@ -34,9 +34,9 @@ void ClientImpl::ReqCacheReply(vorx_t* /*handle*/, void* user, const vorx_pid_t*
 }
 
 void ClientImpl::ReqCacheReplyHierarchy(const client_server::OpCacheSync& cache) {
-  hierarchy server = core::HierarchyFromCache(cache, PortOfIfindex);
-  if (server.mds.empty()) {
-    if (applied_hierarchy.mds.empty()) {
+  auto server = std::make_shared<const hierarchy>(core::HierarchyFromCache(cache, PortOfIfindex));
+  if (server->mds.empty()) {
+    if (applied_hierarchy->mds.empty()) {
       Log<log_point::kConfigBothEmpty>(log_category);
     } else {
       Log<log_point::kConfigServerDied>(log_category);
@@ -44,7 +44,7 @@ void ClientImpl::ReqCacheReplyHierarchy(const client_server::OpCacheSync& cache)
     }
     return;
   }
-  if (applied_hierarchy.mds.empty()) {
+  if (applied_hierarchy->mds.empty()) {
     Log<log_point::kConfigAppDied>(log_category);
   } else {
     Log<log_point::kConfigBothExist>(log_category);
@@ -54,7 +54,7 @@ void ClientImpl::ReqCacheReplyHierarchy(const client_server::OpCacheSync& cache)
 
 // Depth first: each entity right before what it holds.
 void ClientImpl::RecreateHierarchy() const {
-  for (const auto& [md_name, md] : applied_hierarchy.mds) {
+  for (const auto& [md_name, md] : applied_hierarchy->mds) {
     CreateMd(md_name, md.cfg);
     for (const auto& [ma_name, ma] : md.mas) {
       CreateMa(ma.md_name, ma_name, ma.cfg);
@@ -68,10 +68,10 @@ void ClientImpl::RecreateHierarchy() const {
 // Unlike the hierarchy, the probes that the client held always give way to the server's, also to
 // none: the reconciliation that follows creates what is missing.
 void ClientImpl::ReqCacheReplyProbe(const client_server::OpCacheSync& cache) {
-  probe server = core::ProbesFromCache(cache);
-  if (!applied_probes.probes.empty()) {
+  auto server = std::make_shared<const probe>(core::ProbesFromCache(cache));
+  if (!applied_probes->probes.empty()) {
     Log<log_point::kProbesBothExist>(log_category);
-  } else if (!server.probes.empty()) {
+  } else if (!server->probes.empty()) {
     Log<log_point::kProbesAppDied>(log_category);
   } else {
     Log<log_point::kProbesBothEmpty>(log_category);

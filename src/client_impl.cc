@@ -10,7 +10,12 @@
 
 namespace cfm {
 
-ClientImpl::ClientImpl(vorx_t* handle) : token(handle) {
+ClientImpl::ClientImpl(vorx_t* handle)
+    : token(handle),
+      desired_hierarchy(std::make_shared<const hierarchy>()),
+      applied_hierarchy(desired_hierarchy),
+      desired_probes(std::make_shared<const probe>()),
+      applied_probes(desired_probes) {
   if (token == nullptr) {
     RaiseFault(fault_point::kInvalidToken);
   }

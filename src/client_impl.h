@@ -19,6 +19,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <set>
 #include <string>
 
@@ -150,16 +151,17 @@ class ClientImpl {
   ReceivedDelayMeasurementHandlerIntf* delay_measurement_handler = nullptr;
   zlog_category_t* log_category = nullptr;
   vorx_subscription_t* subscription = nullptr;
-  vorx_pid_t server_pid = 0;    // 0 while the server is absent
-  hierarchy desired_hierarchy;  // as the application handed it in last
-  hierarchy applied_hierarchy;  // as the server is believed to hold it
+  vorx_pid_t server_pid = 0;  // 0 while the server is absent
+  // Configurations never change, so that taking one over copies nothing and cannot fail halfway.
+  std::shared_ptr<const hierarchy> desired_hierarchy;  // as the application handed it in last
+  std::shared_ptr<const hierarchy> applied_hierarchy;  // as the server is believed to hold it
   // In the order of registration; null where it did not succeed. Part of the client, so that no
   // memory is needed any more once the host knows it.
   std::array<vorx_registration_t*, 5> signal_registrations{};
   std::array<vorx_eventreg_t*, 14> event_registrations{};
   bool server_synced = false;  // a cache reply of the present server was applied
-  probe desired_probes;
-  probe applied_probes;
+  std::shared_ptr<const probe> desired_probes;
+  std::shared_ptr<const probe> applied_probes;
 };
 
 }  // namespace cfm

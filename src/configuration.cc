@@ -22,7 +22,7 @@ std::string InterfaceName(sepan_port_t port) {
 }  // namespace
 
 void ClientImpl::UpdateConfig(const hierarchy& config) {
-  desired_hierarchy = config;
+  desired_hierarchy = std::make_shared<const hierarchy>(config);
   if (!InStep()) {
     Log<log_point::kConfigDeferred>(log_category, server_pid, static_cast<int>(server_synced));
     return;
@@ -32,18 +32,20 @@ void ClientImpl::UpdateConfig(const hierarchy& config) {
 
 // The text is released before anything else is built.
 void ClientImpl::LogDesiredConfig() const {
-  const std::string dump = core::HierarchyDump(desired_hierarchy, InterfaceName);
+  const std::string dump = core::HierarchyDump(*desired_hierarchy, InterfaceName);
   Log<log_point::kApplyingConfig>(log_category);
   Log<log_point::kConfigDump>(log_category, dump.c_str());
 }
 
 void ClientImpl::Apply() {
   LogDesiredConfig();
-  const core::HierarchyPlan plan = core::PlanHierarchy(applied_hierarchy, desired_hierarchy);
+  const auto applied = applied_hierarchy;
+  const auto desired = desired_hierarchy;
+  const core::HierarchyPlan plan = core::PlanHierarchy(*applied, *desired);
   ApplyDelete(plan.deletes.mds, plan.deletes.mas, plan.deletes.meps);
   ApplyCreate(plan.creates.mds, plan.creates.mas, plan.creates.meps);
   ApplyUpdate(plan.updates.mds, plan.updates.mas, plan.updates.meps);
-  applied_hierarchy = desired_hierarchy;
+  applied_hierarchy = desired;
 }
 
 // Bottom up, so that nothing loses its parent before it is deleted itself.

@@ -10,7 +10,7 @@
 namespace cfm {
 
 void ClientImpl::UpdateConfigProbe(const probe& config) {
-  desired_probes = config;
+  desired_probes = std::make_shared<const probe>(config);
   if (!InStep()) {
     Log<log_point::kProbesDeferred>(log_category, server_pid, static_cast<int>(server_synced));
     return;
@@ -19,14 +19,16 @@ void ClientImpl::UpdateConfigProbe(const probe& config) {
 }
 
 void ClientImpl::LogDesiredProbes() const {
-  const std::string dump = core::ProbeDump(desired_probes);
+  const std::string dump = core::ProbeDump(*desired_probes);
   Log<log_point::kApplyingProbes>(log_category);
   Log<log_point::kProbesDump>(log_category, dump.c_str());
 }
 
 void ClientImpl::ApplyDelayMeasurementProbe() {
   LogDesiredProbes();
-  core::PlanProbes(applied_probes, desired_probes, [this](const core::ProbeStep& step) {
+  const auto applied = applied_probes;
+  const auto desired = desired_probes;
+  core::PlanProbes(*applied, *desired, [this](const core::ProbeStep& step) {
     switch (step.kind) {
       case core::ProbeStep::Kind::CreateProbe:
         CreateDelayMeasurementProbe(step.probe_id, *step.probe);
@@ -42,7 +44,7 @@ void ClientImpl::ApplyDelayMeasurementProbe() {
         break;
     }
   });
-  applied_probes = desired_probes;
+  applied_probes = desired;
 }
 
 void ClientImpl::CreateDelayMeasurementProbe(std::uint16_t probe_id, const probe_cfg& cfg) const {
