@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "core/reserve_entries.h"
+
 namespace cfm {
 
 /// Copies and parses a payload into an empty message. What does not parse still leaves the fields
@@ -14,6 +16,7 @@ template <typename Message>
 bool ParsePayload(const void* data, unsigned length, Message& message) {
   const auto bytes =
       data == nullptr ? std::string() : std::string(static_cast<const char*>(data), length);
+  core::ReserveEntries(message, bytes);
   return message.ParseFromString(bytes);
 }
 
