@@ -21,16 +21,18 @@ bool Eventually(const std::function<bool()>& condition) {
 }
 
 void System::StartServer(const std::vector<std::string>& options) {
-  std::vector<std::string> command = {CFM_MGR_PROGRAM, "--bus", bus_.address()};
+  std::vector<std::string> command = {CFM_MGR_PROGRAM, "--bus", server_route_};
   command.insert(command.end(), options.begin(), options.end());
   std::remove(File("server.log").c_str());
   server_ = ChildProcess(command, File("server.out"), File("server.log"));
 }
 
-void System::StartAgent() {
-  agent_ =
-      ChildProcess({CFM_AGENT_PROGRAM, "--bus", bus_.address(), "--config", File("config.yaml")},
-                   File("agent.out"), File("agent.log"));
+void System::StartAgent(const std::vector<std::string>& options) {
+  std::vector<std::string> command = {CFM_AGENT_PROGRAM, "--bus", agent_route_, "--config",
+                                      File("config.yaml")};
+  command.insert(command.end(), options.begin(), options.end());
+  std::remove(File("agent.out").c_str());
+  agent_ = ChildProcess(command, File("agent.out"), File("agent.log"));
 }
 
 ChildProcess System::StartOnBus(const std::string& program) const {
@@ -48,9 +50,9 @@ int System::StopServer() {
   return server_.Wait();
 }
 
-int System::StopAgent() {
+int System::StopAgent(std::chrono::milliseconds limit) {
   agent_.Signal(SIGTERM);
-  return agent_.Wait();
+  return agent_.Wait(limit);
 }
 
 void System::WriteConfig(const std::string& yaml) const {

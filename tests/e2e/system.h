@@ -3,6 +3,7 @@
 #ifndef CFM_TESTS_E2E_SYSTEM_H
 #define CFM_TESTS_E2E_SYSTEM_H
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -19,7 +20,7 @@ bool Eventually(const std::function<bool()>& condition);
 class System {
  public:
   void StartServer(const std::vector<std::string>& options = {});
-  void StartAgent();
+  void StartAgent(const std::vector<std::string>& options = {});
 
   /// A program that takes the bus from the environment.
   ChildProcess StartOnBus(const std::string& program) const;
@@ -28,9 +29,18 @@ class System {
   void KillServer();
   void KillAgent();
 
+  /// Has the processes that are started from now on reach the bus at this address.
+  void RouteServer(const std::string& address) { server_route_ = address; }
+  void RouteAgent(const std::string& address) { agent_route_ = address; }
+  PrivateBus& bus() { return bus_; }
+
+  /// Waits for it to end by itself; gives its exit status, -1 when it does not.
+  int WaitForServerEnd() { return server_.Wait(); }
+  int WaitForAgentEnd() { return agent_.Wait(); }
+
   /// Ends it with SIGTERM; gives its exit status.
   int StopServer();
-  int StopAgent();
+  int StopAgent(std::chrono::milliseconds limit = std::chrono::seconds(20));
 
   /// Puts a new configuration in place as an editor does: a new file renamed over the old one.
   void WriteConfig(const std::string& yaml) const;
@@ -49,12 +59,15 @@ class System {
   bool WaitForComplaint(const std::string& text) const;
 
   std::string AgentOutput() const { return ReadFile(File("agent.out")); }
+  std::string AgentErrors() const { return ReadFile(File("agent.log")); }
   std::string ServerLog() const { return ReadFile(File("server.log")); }
   std::string File(const std::string& name) const { return directory_.File(name); }
 
  private:
   PrivateBus bus_;
   TemporaryDirectory directory_;
+  std::string server_route_ = bus_.address();
+  std::string agent_route_ = bus_.address();
   ChildProcess server_;
   ChildProcess agent_;
 };

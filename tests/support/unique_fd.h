@@ -1,0 +1,35 @@
+#ifndef CFM_TESTS_SUPPORT_UNIQUE_FD_H
+#define CFM_TESTS_SUPPORT_UNIQUE_FD_H
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace cfm_test {
+
+/** A file descriptor that is closed with its owner. */
+class UniqueFd {
+ public:
+  explicit UniqueFd(int fd = -1) : fd_(fd) {}
+  UniqueFd(UniqueFd&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+  UniqueFd& operator=(UniqueFd&& other) noexcept {
+    std::swap(fd_, other.fd_);
+    return *this;
+  }
+  UniqueFd(const UniqueFd&) = delete;
+  UniqueFd& operator=(const UniqueFd&) = delete;
+  ~UniqueFd() {
+    if (fd_ >= 0) {
+      close(fd_);
+    }
+  }
+
+  int get() const { return fd_; }
+
+ private:
+  int fd_;
+};
+
+}  // namespace cfm_test
+
+#endif
