@@ -67,16 +67,17 @@ bool FakeServer::ServeUntilAsked(const vorx_sig_descriptor* signal, std::size_t 
   return ServeUntil([&] { return CountOf(signal) >= times; });
 }
 
-void FakeServer::Reply(const vorx_sig_descriptor* signal,
-                       const google::protobuf::MessageLite& message) {
+int FakeServer::Reply(const vorx_sig_descriptor* signal,
+                      const google::protobuf::MessageLite& message) {
   const std::string bytes = message.SerializeAsString();
-  vorx_sig_send(handle_, &client_, signal, bytes.data(), static_cast<unsigned int>(bytes.size()));
+  return vorx_sig_send(handle_, &client_, signal, bytes.data(),
+                       static_cast<unsigned int>(bytes.size()));
 }
 
-void FakeServer::Publish(const vorx_event_descriptor* event,
-                         const google::protobuf::MessageLite& message) {
+int FakeServer::Publish(const vorx_event_descriptor* event,
+                        const google::protobuf::MessageLite& message) {
   const std::string bytes = message.SerializeAsString();
-  vorx_event_publish(handle_, event, bytes.data(), static_cast<unsigned int>(bytes.size()));
+  return vorx_event_publish(handle_, event, bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
 std::size_t FakeServer::CountOf(const vorx_sig_descriptor* signal) const {

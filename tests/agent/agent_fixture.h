@@ -44,8 +44,9 @@ class FakeServer {
   // Serves until a signal of this number has come `times` times.
   bool ServeUntilAsked(const vorx_sig_descriptor* signal, std::size_t times = 1);
 
-  void Reply(const vorx_sig_descriptor* signal, const google::protobuf::MessageLite& message);
-  void Publish(const vorx_event_descriptor* event, const google::protobuf::MessageLite& message);
+  // Each gives 0, or a negative error number.
+  int Reply(const vorx_sig_descriptor* signal, const google::protobuf::MessageLite& message);
+  int Publish(const vorx_event_descriptor* event, const google::protobuf::MessageLite& message);
 
   const std::vector<Request>& requests() const { return requests_; }
   // From now on keeps back what it holds, so that no client is in step with it.
