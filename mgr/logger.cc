@@ -2,11 +2,11 @@
 
 #include <zlog.h>
 
+#include <array>
 #include <chrono>
+#include <cstdio>
 #include <ctime>
-#include <iomanip>
 #include <iostream>
-#include <sstream>
 #include <string_view>
 
 namespace cfm_mgr {
@@ -18,15 +18,17 @@ constexpr int kTraceLevel = 10;
 std::string Now() {
   using std::chrono::milliseconds;
   using std::chrono::system_clock;
+  constexpr std::size_t kMaxSize = 64;
   const auto now = system_clock::now();
   const std::time_t seconds = system_clock::to_time_t(now);
   const auto since = std::chrono::duration_cast<milliseconds>(now.time_since_epoch());
   std::tm time{};
   localtime_r(&seconds, &time);
-  std::ostringstream text;
-  text << std::put_time(&time, "%Y-%m-%d %H:%M:%S.") << std::setw(3) << std::setfill('0')
-       << since.count() % 1000;
-  return text.str();
+  std::array<char, kMaxSize> text{};
+  const std::size_t size = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &time);
+  std::snprintf(text.data() + size, text.size() - size, ".%03d",
+                static_cast<int>(since.count() % 1000));
+  return text.data();
 }
 
 }  // namespace

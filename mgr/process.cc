@@ -2,17 +2,27 @@
 
 #include <cfm/identifiers.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <iostream>
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "render.h"
 
 namespace cfm_mgr {
 namespace {
+
+using Clock = std::chrono::steady_clock;
+using TimePoint = std::optional<Clock::time_point>;
+
+/** The earlier of two times, of which none is never. */
+TimePoint Sooner(const TimePoint& a, const TimePoint& b) {
+  return a && b ? std::min(*a, *b) : a ? a : b;
+}
 
 Logger OpenLog(const Handle& handle, const Options& options) {
   if (options.log_config.empty()) return Logger();
@@ -62,6 +72,7 @@ void Process::Receive(vorx_t* /*handle*/, void* user, const vorx_pid_t* sender, 
                       unsigned int length) {
   const Entry& entry = *static_cast<const Entry*>(user);
   Process& process = *entry.process;
+  process.round_.Request(Clock::now());
   const std::string_view payload(static_cast<const char*>(data), length);
   if (process.server_.Handle(*entry.request, *sender, payload)) process.keeper_.Change();
 }
@@ -85,15 +96,12 @@ bool Process::HandleSignals() const {
 }
 
 void Process::Turn() {
-  using Clock = SaveSchedule::Clock;
-  constexpr std::chrono::milliseconds kLongestRound{100};
-  const bool idle = !Wait(handle_, Clock::now(), signals_.fd());
-  if (idle || Clock::now() - round_start_ > kLongestRound) {
+  if (round_.IsOver(Clock::now())) {
     server_.EndRound();
-    keeper_.SaveIfDue(server_.tree());
-    round_start_ = Clock::now();
-    Wait(handle_, keeper_.due(), signals_.fd());
+    round_.End();
   }
+  keeper_.SaveIfDue(server_.tree());
+  Wait(handle_, Sooner(round_.due(), keeper_.due()), signals_.fd());
   Dispatch(handle_);
 }
 

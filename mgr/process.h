@@ -9,6 +9,7 @@
 #include "host_environment.h"
 #include "logger.h"
 #include "options.h"
+#include "round.h"
 #include "server.h"
 #include "signal_queue.h"
 #include "store_keeper.h"
@@ -57,7 +58,7 @@ class Process {
   /** Does what the signals to this process ask for; false when it is to end. */
   bool HandleSignals() const;
 
-  /** Delivers what has come. Reports and saves as soon as nothing more comes, or now and then. */
+  /** Reports and saves what is due, waits for what comes, and delivers it. */
   void Turn();
 
   void Finish();
@@ -70,7 +71,7 @@ class Process {
   Server server_;
   std::deque<Entry> entries_;
   std::deque<Unknown> unknown_;
-  SaveSchedule::Clock::time_point round_start_ = SaveSchedule::Clock::now();
+  Round round_;
 };
 
 }  // namespace cfm_mgr
