@@ -16,7 +16,7 @@ class Round {
  public:
   using Clock = std::chrono::steady_clock;
 
-  static constexpr std::chrono::milliseconds kQuiet{20};
+  static constexpr std::chrono::milliseconds kQuiet{100};
   static constexpr std::chrono::milliseconds kLongest{1000};
 
   /** A request has come. */

@@ -170,7 +170,7 @@ class ProvisioningRun {
 
   // That the server's answer has come, and all that followed from it.
   bool IsOver() {
-    constexpr std::chrono::milliseconds kRest(100);
+    constexpr std::chrono::milliseconds kRest(200);
     const auto now = std::chrono::steady_clock::now();
     const std::uint64_t passed = wire_.Passed(fault_.counted);
     if (std::exchange(last_passed_, passed) != passed || !IsInStep()) {
