@@ -13,6 +13,7 @@
 
 #include "../devhost/test_process.h"
 #include "configurations.h"
+#include "exhaustive.h"
 #include "system.h"
 
 namespace cfm_test {
@@ -124,6 +125,9 @@ std::string StoreBeyondTheLimit() {
 }
 
 TEST(LongStore, IsReportedByAServerThatCannotTellItAndGoesOn) {
+  if (!IsExhaustive()) {
+    GTEST_SKIP() << "fills some hundred megabytes; set CFM_EXHAUSTIVE to run it";
+  }
   System system;
   const std::string store = StoreBeyondTheLimit();
   ASSERT_GT(store.size(), kMostPayload);
