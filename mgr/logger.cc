@@ -4,7 +4,6 @@
 
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 #include <iostream>
 #include <string_view>
@@ -26,9 +25,9 @@ std::string Now() {
   localtime_r(&seconds, &time);
   std::array<char, kMaxSize> text{};
   const std::size_t size = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &time);
-  std::snprintf(text.data() + size, text.size() - size, ".%03d",
-                static_cast<int>(since.count() % 1000));
-  return text.data();
+  constexpr int kThousand = 1000;
+  const auto fraction = static_cast<int>(since.count() % kThousand);
+  return std::string(text.data(), size) + '.' + std::to_string(kThousand + fraction).substr(1);
 }
 
 }  // namespace
