@@ -1,7 +1,8 @@
 #include <cfm/identifiers.h>
 #include <gtest/gtest.h>
 
-#include <set>
+#include <array>
+#include <cstring>
 
 #include "recording_host.h"
 
@@ -53,6 +54,34 @@ TEST(Identifiers, EventsAreNumberedOneToFourteenInTheirGroup) {
 TEST(Identifiers, TheLinktraceReplyEventComesBeforeTheEndEvent) {
   EXPECT_EQ(CFM_MGR_SRV_EVENT_LINKTRACE_REPLY_RX->number, 6U);
   EXPECT_EQ(CFM_MGR_SRV_EVENT_LINKTRACE_ENDED->number, 7U);
+}
+
+// What lies at an offset of a descriptor, as the middleware reads it.
+template <typename Value, typename Descriptor>
+Value ReadAt(const Descriptor* descriptor, std::size_t offset) {
+  Value value{};
+  EXPECT_LE(offset + sizeof value, sizeof *descriptor);
+  std::memcpy(&value, reinterpret_cast<const char*>(descriptor) + offset, sizeof value);
+  return value;
+}
+
+TEST(Identifiers, ASignalIsItsBlockItsNumberAndThreeZeros) {
+  const vorx_sig_descriptor* const signal = CFM_MGR_C2S_SIG_DM_SESSION_DELETE;
+  EXPECT_EQ(ReadAt<const char*>(signal, 0), CFM_MGR_C2S_SIGBLOCK);
+  EXPECT_EQ(ReadAt<std::uint8_t>(signal, sizeof(void*)), 20U);
+  EXPECT_EQ((ReadAt<std::array<std::uint8_t, 3>>(signal, sizeof(void*) + 1)),
+            (std::array<std::uint8_t, 3>{}));
+}
+
+TEST(Identifiers, AnEventIsItsGroupAndItsNumberAsAWord) {
+  const vorx_event_descriptor* const event = CFM_MGR_SRV_EVENT_DELAY_MEASUREMENT_SESSION_ENDED;
+  EXPECT_EQ(ReadAt<const char*>(event, 0), CFM_MGR_SRV_EVENTGROUP);
+  EXPECT_EQ(ReadAt<std::uint32_t>(event, sizeof(void*)), 14U);
+}
+
+TEST(Identifiers, DescriptorsAreTwoWordsLong) {
+  EXPECT_EQ(sizeof(vorx_sig_descriptor), 2 * sizeof(void*));
+  EXPECT_EQ(sizeof(vorx_event_descriptor), 2 * sizeof(void*));
 }
 
 }  // namespace

@@ -31,10 +31,11 @@ class Reader {
     return std::nullopt;
   }
 
-  std::optional<std::string_view> Bytes(std::uint64_t count) {
-    if (count > bytes_.size()) {
+  std::optional<std::string_view> Bytes(std::uint64_t length) {
+    if (length > bytes_.size()) {
       return std::nullopt;
     }
+    const auto count = static_cast<std::size_t>(length);
     const std::string_view result = bytes_.substr(0, count);
     bytes_.remove_prefix(count);
     return result;
@@ -68,8 +69,13 @@ std::string Number(const std::string& type, std::uint64_t value) {
 }
 
 std::string Double(std::string_view bytes) {
+  // The wire has the lowest octet first, whatever this machine has.
+  std::uint64_t bits = 0;
+  for (const char c : bytes) {
+    bits = bits >> 8U | static_cast<std::uint64_t>(static_cast<std::uint8_t>(c)) << 56U;
+  }
   double value = 0;
-  std::memcpy(&value, bytes.data(), sizeof value);
+  std::memcpy(&value, &bits, sizeof value);
   std::ostringstream out;
   out << value;
   return out.str();

@@ -4,5 +4,5 @@
 # usage: check-exports.sh LIBRARY EXPECTED-SYMBOLS
 set -euo pipefail
 
-nm --dynamic --defined-only --format=posix "$1" | awk '$2 != "A" {print $1}' | sed 's/@.*//' |
+"${NM:-nm}" --dynamic --defined-only --format=posix "$1" | awk '$2 != "A" {print $1}' | sed 's/@.*//' |
   c++filt | LC_ALL=C sort -u | diff --unified "$2" -

@@ -4,7 +4,7 @@
 # usage: check-message-exports.sh LIBRARY
 set -euo pipefail
 
-symbols=$(nm --dynamic --defined-only --format=posix "$1" | awk '$2 != "A" {print $1}')
+symbols=$("${NM:-nm}" --dynamic --defined-only --format=posix "$1" | awk '$2 != "A" {print $1}')
 grep --quiet OpCacheSync <<<"$symbols"
 if strangers=$(grep -v client_server <<<"$symbols" | grep -v client_5fserver); then
   printf 'also exported:\n%s\n' "$strangers" >&2
