@@ -45,20 +45,6 @@ unpack_foreign_packages() {
   touch "$root/.complete"
 }
 
-# Builds GoogleTest from Debian's sources and installs it into folder $1; the further arguments go to
-# CMake.
-install_googletest() {
-  local prefix=$1
-  shift
-  if [ -f "$prefix/lib/libgmock.a" ]; then
-    return
-  fi
-  cmake -S /usr/src/googletest -B "$prefix.googletest" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-    -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_INSTALL_LIBDIR=lib -DCMAKE_CXX_STANDARD=17 "$@"
-  cmake --build "$prefix.googletest"
-  cmake --install "$prefix.googletest"
-}
-
 # Builds the libraries for architecture $1 and runs their tests; the further arguments go to CMake.
 test_foreign() {
   local architecture=$1 build=$PWD/build/$1 root=$PWD/build/$1.root
