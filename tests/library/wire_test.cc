@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <ostream>
 #include <set>
 #include <string>
 
@@ -21,6 +22,9 @@ struct Golden {
   // The bytes after a round trip through the generated code, and what it did not know of them.
   std::function<std::pair<std::string, std::string>(const std::string&)> round_trip;
 };
+
+/// For the messages of failing tests.
+void PrintTo(const Golden& golden, std::ostream* out) { *out << golden.message; }
 
 template <typename Message>
 Golden Row(std::string name, std::string hex, std::string text, std::string types) {
