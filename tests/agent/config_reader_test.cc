@@ -228,6 +228,8 @@ struct WordCase {
   int number;
 };
 
+std::ostream& operator<<(std::ostream& out, const WordCase& test) { return out << test.word; }
+
 class CcmIntervals : public ::testing::TestWithParam<WordCase> {};
 
 TEST_P(CcmIntervals, HaveTheNumberTheyHaveOnTheWire) {
@@ -266,6 +268,10 @@ struct NameCase {
   const char* format;
   const char* name;
 };
+
+std::ostream& operator<<(std::ostream& out, const NameCase& test) {
+  return out << test.format << ' ' << test.name;
+}
 
 class MaNames : public ::testing::TestWithParam<NameCase> {};
 
