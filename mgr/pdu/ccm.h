@@ -36,13 +36,10 @@ Decoded<Ccm> DecodeCcm(OctetView pdu);
 /** Version 0, TLVs in the order port status, interface status, sender ID. */
 std::vector<std::uint8_t> Encode(const Ccm& ccm);
 
-/** @name Where the octets that change from CCM to CCM stand in what Encode() gives
- * The statuses when the CCM has both.
+/** @name Where the octets that change from CCM to CCM stand
  * @{ */
 inline constexpr std::size_t kCcmFlagsAt = 2;
 inline constexpr std::size_t kCcmSequenceAt = 4;
-inline constexpr std::size_t kCcmPortStatusAt = 77;
-inline constexpr std::size_t kCcmInterfaceStatusAt = 81;
 /** @} */
 
 /** The flags of a CCM. */

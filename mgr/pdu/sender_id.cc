@@ -59,6 +59,7 @@ Decoded<std::optional<SenderId>> DecodeSenderId(const Parts& parts) {
   const std::optional<OctetView> value = parts.tlvs.Find(TlvType::SenderId);
   if (!value) return std::optional<SenderId>();
   SenderId sender;
+  sender.value = *value;
   Reader reader(*value);
   const std::uint8_t chassis_size = reader.U8();
   if (chassis_size > 0) {

@@ -23,6 +23,7 @@ struct SenderId {
   OctetView chassis_id;              ///< At most 255 octets.
   OctetView management_domain;       ///< A transport domain as BER object identifier, without tag.
   OctetView management_address;      ///< There only together with a domain.
+  OctetView value;                   ///< All of the TLV's value, when it was decoded.
 };
 
 /** The Sender ID TLV of a PDU, if it has one. */
