@@ -1,0 +1,112 @@
+#include "virtual_network.h"
+
+#include <algorithm>
+
+namespace cfm_mgr::engine {
+namespace {
+
+Side Opposite(Side side) { return side == Side::Wire ? Side::Relay : Side::Wire; }
+
+}  // namespace
+
+Bridge::Bridge(VirtualNetwork& network, std::uint64_t seed)
+    : network_(network),
+      number_(static_cast<std::uint8_t>(network.bridges() + 1)),
+      engine_(*this, *this, seed) {}
+
+Mac Bridge::MacOf(PortId port) const {
+  return {0x02, 0x00, 0x00, 0x00, number_, static_cast<std::uint8_t>(port)};
+}
+
+void Bridge::SetPort(PortId port, std::uint8_t interface_status, std::uint8_t port_status) {
+  ports_.insert(port);
+  engine_.SetPort(network_.now(), port,
+                  {MacOf(port), interface_status, port_status, "port" + std::to_string(port)});
+}
+
+Verdict Bridge::Receive(PortId port, Side from, const Frame& frame) {
+  const Verdict verdict = engine_.Receive(network_.now(), port, from, frame);
+  if (verdict == Verdict::Pass) Leave(port, Opposite(from), frame);
+  return verdict;
+}
+
+void Bridge::Transmit(PortId port, Side side, const Frame& frame) {
+  sent.push_back({network_.now(), port, side, frame});
+  Leave(port, side, frame);
+}
+
+void Bridge::Leave(PortId port, Side side, const Frame& frame) {
+  if (side == Side::Wire) return network_.SendOverLink(*this, port, frame);
+  for (const PortId other : ports_) {
+    if (other == port) continue;
+    network_.Schedule(network_.now(), [this, other, frame] { Receive(other, Side::Relay, frame); });
+  }
+}
+
+EgressPorts Bridge::FindEgress(PortId ingress, std::uint16_t, const Mac&) {
+  EgressPorts ports;
+  for (const PortId port : ports_) {
+    if (port != ingress) ports.flooded.push_back(port);
+  }
+  return ports;
+}
+
+void Bridge::OnLocalMepChanged(const MepKey& mep) { local_changes.push_back(mep); }
+
+void Bridge::OnRemoteMepChanged(const MepKey& mep, std::uint32_t remote_mep_id) {
+  remote_changes.emplace_back(mep, remote_mep_id);
+}
+
+void Bridge::OnFaultAlarm(const MepKey& mep, std::uint32_t defect_priority) {
+  alarms.push_back({network_.now(), mep, defect_priority});
+}
+
+Bridge& VirtualNetwork::AddBridge(std::uint64_t seed) {
+  bridges_.push_back(std::make_unique<Bridge>(*this, seed));
+  return *bridges_.back();
+}
+
+void VirtualNetwork::Connect(Bridge& a, PortId port_a, Bridge& b, PortId port_b) {
+  links_[{&a, port_a}] = {&b, port_b};
+  links_[{&b, port_b}] = {&a, port_a};
+}
+
+void VirtualNetwork::Schedule(Time at, std::function<void()> event) {
+  events_.emplace(std::max(at, now_), std::move(event));
+}
+
+void VirtualNetwork::SendOverLink(Bridge& from, PortId port, const Frame& frame) {
+  const auto link = links_.find({&from, port});
+  if (link == links_.end()) return;
+  const std::optional<Time> delay = rule_(frame);
+  if (!delay) return;
+  const End to = link->second;
+  Schedule(now_ + *delay, [to, frame] { to.bridge->Receive(to.port, Side::Wire, frame); });
+}
+
+std::optional<Time> VirtualNetwork::NextMoment() const {
+  std::optional<Time> next;
+  if (!events_.empty()) next = events_.begin()->first;
+  for (const auto& bridge : bridges_) {
+    const std::optional<Time> deadline = bridge->engine().NextDeadline();
+    if (deadline && (!next || *deadline < *next)) next = deadline;
+  }
+  return next;
+}
+
+void VirtualNetwork::Run(Time duration) {
+  const Time end = now_ + duration;
+  for (auto next = NextMoment(); next && *next <= end; next = NextMoment()) {
+    now_ = std::max(now_, *next);
+    // Frames that have come are looked at before deadlines of the same moment.
+    while (!events_.empty() && events_.begin()->first <= now_) {
+      const std::function<void()> event = std::move(events_.begin()->second);
+      events_.erase(events_.begin());
+      event();
+    }
+    for (const auto& bridge : bridges_) bridge->engine().Advance(now_);
+  }
+  now_ = end;
+}
+
+}  // namespace cfm_mgr::engine
