@@ -43,7 +43,7 @@ struct DropCounters {
   std::uint64_t malformed = 0;   ///< Truncated, over-long, or against the coding rules.
   std::uint64_t unknown = 0;     ///< An opcode that no MP here takes.
   std::uint64_t low_level = 0;   ///< Below the level of a MEP that guards the port.
-  std::uint64_t unexpected = 0;  ///< Replies to no test that is running.
+  std::uint64_t unexpected = 0;  ///< To another's address, or replies to no test that is running.
 };
 
 /** A test that has begun, or why it has not. */

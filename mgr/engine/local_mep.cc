@@ -143,6 +143,7 @@ void LocalMep::ConfigureCcms(Time now) {
 }
 
 void LocalMep::ReceiveCcm(Time now, const Frame& frame) {
+  if (!IsAddressed(frame)) return;
   const pdu::Decoded<pdu::Ccm> ccm = pdu::DecodeCcm(frame.pdu);
   if (!ccm) {
     ++context_.drops.malformed;
@@ -163,6 +164,7 @@ void LocalMep::ReceiveCcm(Time now, const Frame& frame) {
 }
 
 void LocalMep::ReceiveLowerCcm(Time now, const Frame& frame) {
+  if (!IsAddressed(frame)) return;
   const pdu::Decoded<pdu::Ccm> ccm = pdu::DecodeCcm(frame.pdu);
   if (!ccm) {
     ++context_.drops.malformed;
@@ -172,12 +174,19 @@ void LocalMep::ReceiveLowerCcm(Time now, const Frame& frame) {
 }
 
 void LocalMep::ReceiveAis(Time now, const Frame& frame) {
+  if (!IsAddressed(frame)) return;
   const pdu::Decoded<pdu::Ais> ais = pdu::DecodeAis(frame.pdu);
   if (!ais) {
     ++context_.drops.malformed;
     return;
   }
   HoldDefect(now, ais_, AisPeriod(ais->period) * 7 / 2);
+}
+
+bool LocalMep::IsAddressed(const Frame& frame) {
+  if (IsCcmGroupAddress(frame.destination) || frame.destination == mac()) return true;
+  ++context_.drops.unexpected;
+  return false;
 }
 
 void LocalMep::HoldDefect(Time now, HeldDefect& defect, Time duration) {

@@ -81,6 +81,7 @@ class LocalMep {
   void ConfigureRemotes(Time now);
   RemoteMep& AddRemote(std::uint16_t mep_id);
 
+  bool IsAddressed(const Frame& frame);
   Defects FindDefects() const;
   bool IsPortPassing() const;
   void HoldDefect(Time now, HeldDefect& defect, Time duration);

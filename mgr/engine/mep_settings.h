@@ -53,18 +53,20 @@ struct AisSettings {
 
 /** What a MEP is made of, as its association and domain configure it. */
 struct MepSettings {
+  // What every CCM that comes in is compared with stands together.
+  std::uint8_t level = 0;
+  std::uint8_t ccm_interval = 0;  ///< 1 to 7; 0: no continuity check.
+  std::optional<pdu::Maid> maid;  ///< None: its names do not fit their formats.
+
   MepKey key;
   PortId port = 0;
-  Side side = Side::Wire;  ///< That it faces: the wire for a Down MEP.
-  std::uint8_t level = 0;
+  Side side = Side::Wire;           ///< That it faces: the wire for a Down MEP.
   ServiceTags service;              ///< Of the frames it sends.
   std::vector<std::uint16_t> vids;  ///< Outer VIDs of the frames it takes, ascending; never empty.
 
   bool active = false;
   bool ccm_enabled = false;
   std::uint8_t priority = 0;
-  std::uint8_t ccm_interval = 0;       ///< 1 to 7; 0: no continuity check.
-  std::optional<pdu::Maid> maid;       ///< None: its names do not fit their formats.
   std::vector<std::uint16_t> remotes;  ///< The MEP list without this MEP, ascending.
   SenderIdPermission sender_id = SenderIdPermission::None;
   AlarmSettings alarms;

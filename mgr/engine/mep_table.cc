@@ -1,5 +1,6 @@
 #include "engine/mep_table.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -16,12 +17,10 @@ void MepTable::RemovePort(Time now, PortId port) {
 
 void MepTable::UpdatePort(Time now, PortId port) {
   const PortInfo* const info = FindPort(port);
-  for (auto& association : associations_) {
-    for (auto& entry : association.second.meps) {
-      LocalMep& mep = *entry.second;
-      if (mep.settings().port != port) continue;
-      Reindex(mep, [&] { mep.SetPort(now, info); });
-    }
+  const auto [begin, end] = meps_by_port_.equal_range(port);
+  for (auto entry = begin; entry != end; ++entry) {
+    LocalMep& mep = *entry->second;
+    Reindex(mep, [&mep, now, info] { mep.SetPort(now, info); });
   }
 }
 
@@ -55,10 +54,14 @@ void MepTable::SetMep(Time now, AssociationEntry& entry, MepSettings settings) {
   if (mep) RemoveMep(now, *mep);
   const PortInfo* const port = FindPort(settings.port);
   mep = std::make_unique<LocalMep>(context_, std::move(settings));
+  meps_by_port_.emplace(mep->settings().port, mep.get());
   Reindex(*mep, [&] { mep->SetPort(now, port); });
 }
 
 void MepTable::RemoveMep(Time now, LocalMep& mep) {
+  const auto [begin, end] = meps_by_port_.equal_range(mep.settings().port);
+  meps_by_port_.erase(
+      std::find_if(begin, end, [&mep](const auto& entry) { return entry.second == &mep; }));
   index_.Erase(mep);
   mep.Shut(now);
 }

@@ -324,6 +324,19 @@ TEST_F(DefectsTest, MalformedCcmsAreCountedAndChangeNothing) {
   EXPECT_THAT(bridge_.local_changes, IsEmpty());
 }
 
+TEST_F(DefectsTest, CcmsToAnotherAddressAreCountedAndChangeNothing) {
+  Frame frame = FrameOf(SampleCcm());
+  frame.destination = {0x02, 0, 0, 0, 0, 0x77};
+  bridge_.Receive(1, Side::Wire, frame);
+  frame.destination = {0x01, 0x80, 0xc2, 0, 0, 0x3b};
+  bridge_.Receive(1, Side::Wire, frame);
+  EXPECT_EQ(2U, bridge_.engine().drops().unexpected);
+  EXPECT_EQ(2U, Remote().state);
+  frame.destination = bridge_.MacOf(1);
+  bridge_.Receive(1, Side::Wire, frame);
+  EXPECT_EQ(4U, Remote().state);
+}
+
 TEST_F(DefectsTest, AlarmAfterTheAlarmTimeAndActAsLongAsTheFaultIsNotOver) {
   Mep mep = SampleMep();
   mep.fault_action = 1;

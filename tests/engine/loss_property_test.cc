@@ -102,7 +102,7 @@ class LossAt : public testing::TestWithParam<std::uint8_t> {
 };
 
 TEST_P(LossAt, IsNeverSeenWhileGapsStayBelowThreeAndAHalfIntervals) {
-  for (std::uint64_t seed = 1; seed <= 5; ++seed) {
+  for (std::uint64_t seed = 1; seed <= 3; ++seed) {
     Pair pair(code(), seed);
     std::mt19937_64 random(seed);
     int lost_in_row = 0;
@@ -116,15 +116,15 @@ TEST_P(LossAt, IsNeverSeenWhileGapsStayBelowThreeAndAHalfIntervals) {
       const auto half = static_cast<std::uint64_t>((Interval(code()) / 2).count() - 2);
       return Time(random() % half);
     });
-    const Changes changes = pair.Run(Intervals(3000));
+    const Changes changes = pair.Run(Intervals(2000));
     ASSERT_EQ(1U, changes.size()) << seed;
     EXPECT_TRUE(changes[0].second);
-    EXPECT_GT(pair.arrivals().size(), 1000U);
+    EXPECT_GT(pair.arrivals().size(), 700U);
   }
 }
 
 TEST_P(LossAt, IsSeenExactlyWhenNoCcmCameForThreeAndAHalfIntervals) {
-  for (std::uint64_t seed = 1; seed <= 5; ++seed) {
+  for (std::uint64_t seed = 1; seed <= 3; ++seed) {
     Pair pair(code(), seed);
     std::mt19937_64 random(seed);
     // Two of three are lost; delays of up to three intervals change the order of the others.
@@ -132,7 +132,7 @@ TEST_P(LossAt, IsSeenExactlyWhenNoCcmCameForThreeAndAHalfIntervals) {
       if (random() % 3 != 0) return std::nullopt;
       return Time(random() % static_cast<std::uint64_t>(Intervals(3).count()));
     });
-    const Time end = Intervals(3000);
+    const Time end = Intervals(2000);
     const Changes changes = pair.Run(end);
     EXPECT_EQ(Expected(pair.arrivals(), Lifetime(code()), end), changes) << seed;
     EXPECT_GT(changes.size(), 50U) << "losses are seen";
