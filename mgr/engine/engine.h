@@ -65,7 +65,8 @@ struct LinktraceRequest {
   std::uint32_t request_id = 0;
   MepKey mep;
   std::uint32_t remote_mep_id = 0;
-  std::uint32_t ttl = 0;  ///< 1 to 255; 0 is 64.
+  std::uint32_t ttl = 0;     ///< 1 to 255; 0 is 64.
+  bool use_fdb_only = true;  ///< Bridges answer from their filtering databases alone.
 };
 
 struct DelayRequest {
@@ -74,7 +75,7 @@ struct DelayRequest {
   std::uint32_t remote_mep_id = 0;
   std::uint32_t count = 0;        ///< DMMs to send, 1 to 1024; 0 is 10.
   std::uint32_t interval_ms = 0;  ///< 10 to 60000; 0 is 100.
-  std::uint32_t size = 0;         ///< Octets of the frame, tags and FCS left out; 0 is 64.
+  std::uint32_t size = 0;  ///< Octets of the frame, tags and FCS left out, 64 to 1514; 0 is 64.
   std::uint8_t pcp = 0;
 };
 

@@ -3,7 +3,10 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
+
+#include "engine/time.h"
 
 namespace cfm_mgr::engine {
 
@@ -26,6 +29,8 @@ struct Frame {
   Mac source{};
   std::vector<VlanTag> tags;      ///< Outermost first; at most two.
   std::vector<std::uint8_t> pdu;  ///< All that follows the EtherType, padding included.
+  /** When it arrived, where that is known better than from the moment of Engine::Receive(). */
+  std::optional<Time> received{};
 };
 
 }  // namespace cfm_mgr::engine

@@ -15,25 +15,28 @@ namespace cfm_mgr::engine {
 class LinktraceInitiator {
  public:
   LinktraceInitiator(Time start, const pdu::Ltm& ltm)
-      : ltm_(ltm), pacer_(start, 1, Time(0), kReplyWait) {}
+      : transaction_id_(ltm.transaction_id),
+        ltm_(pdu::Encode(ltm)),
+        pacer_(start, 1, Time(0), kReplyWait) {}
 
-  std::uint32_t transaction_id() const { return ltm_.transaction_id; }
+  std::uint32_t transaction_id() const { return transaction_id_; }
   Time NextDeadline() const { return pacer_.NextDeadline(); }
   bool Ended(Time now) const { return pacer_.Ended(now); }
 
   /** The LTM, once. */
   std::optional<std::vector<std::uint8_t>> TakeDue(Time now) {
     if (!pacer_.TakeDue(now)) return std::nullopt;
-    return pdu::Encode(ltm_);
+    return ltm_;
   }
 
   /** Whether a reply answers this linktrace. */
   bool Owns(const pdu::Ltr& ltr) const {
-    return pacer_.sent() != 0 && ltr.transaction_id == ltm_.transaction_id;
+    return pacer_.sent() != 0 && ltr.transaction_id == transaction_id_;
   }
 
  private:
-  pdu::Ltm ltm_;
+  std::uint32_t transaction_id_;
+  std::vector<std::uint8_t> ltm_;
   Pacer pacer_;
 };
 

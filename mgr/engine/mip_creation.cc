@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "pdu/header.h"
+
 namespace cfm_mgr::engine {
 namespace {
 
 constexpr std::int32_t kUp = 2;
+
+std::uint16_t Vid(std::uint32_t vid) { return static_cast<std::uint16_t>(vid & 0xfffU); }
 
 MhfCreation Resolve(std::int32_t association, std::int32_t domain) {
   const std::int32_t value =
@@ -20,6 +24,7 @@ struct ActiveLevel {
   bool mep = false;
   bool by_default = false;
   bool by_explicit = false;
+  SenderIdPermission sender_id = SenderIdPermission::None;
 };
 
 using ActiveLevels = std::map<std::uint8_t, ActiveLevel>;
@@ -39,12 +44,13 @@ std::map<std::uint16_t, ActiveLevels> FindActiveLevels(
       level.mep |= association.mep_ports.count(port) != 0;
       level.by_default |= association.creation == MhfCreation::Default;
       level.by_explicit |= association.creation == MhfCreation::Explicit;
+      if (association.creation != MhfCreation::None) level.sender_id = association.sender_id;
     }
   }
   return levels_of;
 }
 
-std::optional<std::uint8_t> FindMip(const ActiveLevels& levels) {
+std::optional<Mip> FindMip(const ActiveLevels& levels) {
   const auto highest_mep = std::find_if(levels.rbegin(), levels.rend(),
                                         [](const auto& entry) { return entry.second.mep; });
   bool lowest = true;
@@ -53,7 +59,7 @@ std::optional<std::uint8_t> FindMip(const ActiveLevels& levels) {
     const bool above_meps = highest_mep == levels.rend() || number > highest_mep->first;
     const bool wanted =
         (level.by_default && (lowest || mep_below)) || (level.by_explicit && mep_below);
-    if (above_meps && wanted) return number;
+    if (above_meps && wanted) return Mip{number, level.sender_id};
     lowest = false;
     mep_below = level.mep;
   }
@@ -64,13 +70,14 @@ std::optional<std::uint8_t> FindMip(const ActiveLevels& levels) {
 
 MipAssociation DescribeForMips(const DomainSettings& domain, const Association& association) {
   MipAssociation described;
-  described.level = static_cast<std::uint8_t>(domain.level);
+  described.level = static_cast<std::uint8_t>(domain.level & pdu::kMaxLevel);
+  described.sender_id = ResolveSenderId(domain, association.settings);
   described.creation = Resolve(association.settings.mhf_creation, domain.mhf_creation);
   for (const std::uint32_t vid : association.settings.vids) {
-    described.vids.insert(static_cast<std::uint16_t>(vid));
+    described.vids.insert(Vid(vid));
   }
   for (const auto& [id, mep] : association.meps) {
-    if (mep.primary_vid != 0) described.vids.insert(static_cast<std::uint16_t>(mep.primary_vid));
+    if (mep.primary_vid != 0) described.vids.insert(Vid(mep.primary_vid));
     described.mep_ports.insert(mep.ifindex);
     described.has_up_mep |= mep.direction == kUp;
   }
@@ -78,10 +85,10 @@ MipAssociation DescribeForMips(const DomainSettings& domain, const Association& 
   return described;
 }
 
-MipLevels FindMips(PortId port, const std::vector<MipAssociation>& associations) {
-  MipLevels mips;
+Mips FindMips(PortId port, const std::vector<MipAssociation>& associations) {
+  Mips mips;
   for (const auto& [vid, levels] : FindActiveLevels(port, associations)) {
-    if (const auto level = FindMip(levels)) mips[vid] = *level;
+    if (const auto mip = FindMip(levels)) mips[vid] = *mip;
   }
   return mips;
 }

@@ -11,6 +11,7 @@
 #include <set>
 #include <vector>
 
+#include "engine/mep_settings.h"
 #include "engine/surroundings.h"
 #include "model.h"
 
@@ -26,13 +27,24 @@ struct MipAssociation {
   MhfCreation creation = MhfCreation::None;  ///< Defer is none: nothing is left to defer to.
   std::set<PortId> mep_ports;                ///< Where its MEPs are.
   bool has_up_mep = false;
+  SenderIdPermission sender_id = SenderIdPermission::None;
 };
 
 /** What the creation of MIPs asks of an association and its domain. */
 MipAssociation DescribeForMips(const DomainSettings& domain, const Association& association);
 
-/** The level of the MIP of each VID that has one. */
-using MipLevels = std::map<std::uint16_t, std::uint8_t>;
+/** A MIP, that is its two MHFs. */
+struct Mip {
+  std::uint8_t level = 0;
+  SenderIdPermission sender_id = SenderIdPermission::None;  ///< Of the association that made it.
+};
+
+inline bool operator==(const Mip& a, const Mip& b) {
+  return a.level == b.level && a.sender_id == b.sender_id;
+}
+
+/** MIPs by their VIDs. */
+using Mips = std::map<std::uint16_t, Mip>;
 
 /**
  * The MIPs of a port, one for each VID at the most.
@@ -43,7 +55,7 @@ using MipLevels = std::map<std::uint16_t, std::uint8_t>;
  * have one. By default it may when no level is active below it, or the port has a MEP at the next
  * active level below it; by explicit only in the latter case.
  */
-MipLevels FindMips(PortId port, const std::vector<MipAssociation>& associations);
+Mips FindMips(PortId port, const std::vector<MipAssociation>& associations);
 
 }  // namespace cfm_mgr::engine
 

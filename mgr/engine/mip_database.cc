@@ -25,15 +25,4 @@ std::optional<PortId> MipDatabase::Find(Time now, std::uint16_t vid, const Mac& 
   return known->second->port;
 }
 
-void MipDatabase::ForgetPort(PortId port) {
-  for (auto entry = entries_.begin(); entry != entries_.end();) {
-    if (entry->port != port) {
-      ++entry;
-      continue;
-    }
-    by_key_.erase(entry->key);
-    entry = entries_.erase(entry);
-  }
-}
-
 }  // namespace cfm_mgr::engine

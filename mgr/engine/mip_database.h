@@ -26,7 +26,6 @@ class MipDatabase {
 
   void Learn(Time now, std::uint16_t vid, const Mac& address, PortId port);
   std::optional<PortId> Find(Time now, std::uint16_t vid, const Mac& address) const;
-  void ForgetPort(PortId port);
   std::size_t size() const { return entries_.size(); }
 
  private:

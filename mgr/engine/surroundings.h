@@ -42,8 +42,8 @@ class Surroundings {
   virtual void Transmit(PortId port, Side side, const Frame& frame) = 0;
 
   /**
-   * Where the relay would send a frame of this VLAN and destination that came in by @p ingress. When
-   * that is 0 the port of entry is not known, and `flooded` has all ports of the VLAN.
+   * Where the relay would send a frame of this VLAN and destination that came in by @p ingress.
+   * When that is 0 the port of entry is not known, and `flooded` has all ports of the VLAN.
    */
   virtual EgressPorts FindEgress(PortId ingress, std::uint16_t vid, const Mac& destination) = 0;
 };

@@ -4,7 +4,12 @@
 #include <cstdint>
 
 #include "engine/context.h"
+#include "engine/delay_runs.h"
 #include "engine/mep_table.h"
+#include "engine/mip_table.h"
+#include "engine/on_demand_tests.h"
+#include "engine/probe_runner.h"
+#include "engine/responders.h"
 #include "pdu/header.h"
 
 namespace cfm_mgr::engine {
@@ -20,7 +25,7 @@ namespace cfm_mgr::engine {
 class TestFunctions {
  public:
   /** Both live at least as long. */
-  TestFunctions(Context& context, const MepTable& table) : context_(context), table_(table) {}
+  TestFunctions(Context& context, const MepTable& table);
 
   /** @name What happens
    * @{ */
@@ -55,8 +60,14 @@ class TestFunctions {
   /** @} */
 
  private:
-  Context& context_;
+  void TakeReply(Time now, const LocalMep& mep, pdu::Opcode opcode, const Frame& frame);
+
   const MepTable& table_;
+  MipTable mips_;
+  Responders responders_;
+  DelayRuns delay_runs_;
+  OnDemandTests on_demand_;
+  ProbeRunner probes_;
 };
 
 }  // namespace cfm_mgr::engine

@@ -23,8 +23,8 @@ MipAssociation WithMep(MipAssociation association, PortId port, bool up = true) 
   return association;
 }
 
-MipLevels Level(std::uint8_t level) { return {{kVid, level}}; }
-const MipLevels kNoMip;
+Mips Level(std::uint8_t level) { return {{kVid, {level, SenderIdPermission::None}}}; }
+const Mips kNoMip;
 
 TEST(MipCreation, MakesNoneUnlessAskedFor) {
   EXPECT_EQ(kNoMip, FindMips(kPort, {}));
@@ -89,7 +89,7 @@ TEST(MipCreation, LooksAtEachVidAlone) {
   both.vids = {10, 20};
   auto low = AtLevel(1, MhfCreation::None);
   low.vids = {20};
-  EXPECT_EQ((MipLevels{{10, 4}}), FindMips(kPort, {both, low}));
+  EXPECT_EQ((Mips{{10, {4, SenderIdPermission::None}}}), FindMips(kPort, {both, low}));
 }
 
 struct Described {
@@ -97,6 +97,14 @@ struct Described {
   std::int32_t domain;
   MhfCreation creation;
 };
+
+TEST(MipCreation, GivesAMipThePermissionOfItsAssociation) {
+  auto asking = AtLevel(4, MhfCreation::Default);
+  asking.sender_id = SenderIdPermission::Chassis;
+  auto other = AtLevel(4, MhfCreation::None);
+  other.sender_id = SenderIdPermission::Both;
+  EXPECT_EQ((Mips{{kVid, {4, SenderIdPermission::Chassis}}}), FindMips(kPort, {asking, other}));
+}
 
 TEST(MipCreation, IsTheAssociationsOrTheDomainsWhenItDefers) {
   const Described cases[] = {

@@ -38,15 +38,6 @@ TEST(MipDatabase, ForgetsAfterADay) {
   EXPECT_EQ(std::nullopt, database.Find(MipDatabase::kLifetime + Time(1), 100, kAddress));
 }
 
-TEST(MipDatabase, ForgetsWhatWasSeenOnAPortThatGoes) {
-  MipDatabase database;
-  database.Learn(Time(0), 100, kAddress, 3);
-  database.Learn(Time(0), 200, kAddress, 4);
-  database.ForgetPort(3);
-  EXPECT_EQ(std::nullopt, database.Find(Time(0), 100, kAddress));
-  EXPECT_EQ(4U, database.Find(Time(0), 200, kAddress));
-}
-
 TEST(MipDatabase, GivesUpTheOneNotSeenForLongestWhenItIsFull) {
   MipDatabase database;
   for (std::size_t i = 0; i < MipDatabase::kMaxEntries; ++i) {
