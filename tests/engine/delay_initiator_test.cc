@@ -56,7 +56,7 @@ TEST(StampClock, GivesEveryDmmAnotherStamp) {
   EXPECT_EQ((pdu::Timestamp{0, 9}), clock.Next(Time(9)));
 }
 
-class DelayTest : public ::testing::Test {
+class DelayInitiatorTest : public ::testing::Test {
  protected:
   /** Sends the next DMM when it is due. */
   void Send() {
@@ -80,7 +80,7 @@ class DelayTest : public ::testing::Test {
   Time sent_at_{};
 };
 
-TEST_F(DelayTest, SendsItsDmmsAtTheInterval) {
+TEST_F(DelayInitiatorTest, SendsItsDmmsAtTheInterval) {
   for (int i = 0; i < 3; ++i) {
     const Time due = seconds(10) + i * milliseconds(100);
     EXPECT_FALSE(test_.TakeDue(due - Time(1), clock_));
@@ -96,14 +96,14 @@ TEST_F(DelayTest, SendsItsDmmsAtTheInterval) {
   EXPECT_EQ(end, test_.NextDeadline());
 }
 
-TEST_F(DelayTest, LeavesOutTheTimeAtTheResponder) {
+TEST_F(DelayInitiatorTest, LeavesOutTheTimeAtTheResponder) {
   Send();
   EXPECT_EQ(Outcome::Counted, Reply(microseconds(900), microseconds(400)));
   EXPECT_EQ(microseconds(500), test_.Result().delay.min);
   EXPECT_EQ(microseconds(500), test_.Result().delay.max);
 }
 
-TEST_F(DelayTest, MeasuresVariationBetweenConsecutiveReplies) {
+TEST_F(DelayInitiatorTest, MeasuresVariationBetweenConsecutiveReplies) {
   for (const int delay : {500, 800, 600}) {
     Send();
     EXPECT_EQ(Outcome::Counted, Reply(microseconds(delay), Time(0)));
@@ -117,7 +117,7 @@ TEST_F(DelayTest, MeasuresVariationBetweenConsecutiveReplies) {
   EXPECT_NEAR(std::sqrt(140'000.0 / 9) * 1000, result.deviation, 1e-3);
 }
 
-TEST_F(DelayTest, RejectsTheSecondReplyToADmm) {
+TEST_F(DelayInitiatorTest, RejectsTheSecondReplyToADmm) {
   Send();
   EXPECT_EQ(Outcome::Counted, Reply(microseconds(1), Time(0)));
   EXPECT_EQ(Outcome::Rejected, Reply(microseconds(2), Time(0)));
@@ -125,14 +125,14 @@ TEST_F(DelayTest, RejectsTheSecondReplyToADmm) {
   EXPECT_EQ(1U, test_.Result().rejected);
 }
 
-TEST_F(DelayTest, RejectsALateReply) {
+TEST_F(DelayInitiatorTest, RejectsALateReply) {
   Send();
   EXPECT_EQ(Outcome::Rejected, Reply(kReplyWait + Time(1), Time(0)));
   EXPECT_EQ(Outcome::Counted, Reply(kReplyWait, Time(0)));
   EXPECT_EQ(1U, test_.Result().received);
 }
 
-TEST_F(DelayTest, RejectsTimesThatCannotBe) {
+TEST_F(DelayInitiatorTest, RejectsTimesThatCannotBe) {
   Send();
   EXPECT_EQ(Outcome::Rejected, Reply(microseconds(5), microseconds(6))) << "held for too long";
   EXPECT_EQ(Outcome::Rejected, Reply(microseconds(5), -microseconds(1))) << "sent before it came";
@@ -144,7 +144,7 @@ TEST_F(DelayTest, RejectsTimesThatCannotBe) {
   EXPECT_EQ(0U, test_.Result().received);
 }
 
-TEST_F(DelayTest, LeavesRepliesThatAreNotItsOwn) {
+TEST_F(DelayInitiatorTest, LeavesRepliesThatAreNotItsOwn) {
   Send();
   EXPECT_EQ(Outcome::NotOurs, Reply(microseconds(5), Time(0), {2, 0, 0, 0, 0, 9}));
   ++sent_.tx_f.nanoseconds;

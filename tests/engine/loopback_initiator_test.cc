@@ -14,7 +14,7 @@ using std::chrono::seconds;
 constexpr Mac kTarget = {2, 0, 0, 0, 0, 2};
 constexpr std::uint32_t kFirst = 0xfffffffe;  // The identifiers wrap within the test.
 
-class LoopbackTest : public ::testing::Test {
+class LoopbackInitiatorTest : public ::testing::Test {
  protected:
   /** Sends all LBMs in their times. */
   void SendAll() {
@@ -33,7 +33,7 @@ class LoopbackTest : public ::testing::Test {
   std::vector<Octets> sent_;
 };
 
-TEST_F(LoopbackTest, SendsAsManyLbmsAsAskedForAtItsPace) {
+TEST_F(LoopbackInitiatorTest, SendsAsManyLbmsAsAskedForAtItsPace) {
   for (int i = 0; i < 4; ++i) {
     const Time due = i * LoopbackInitiator::kPace;
     EXPECT_EQ(due, test_.NextDeadline());
@@ -43,7 +43,7 @@ TEST_F(LoopbackTest, SendsAsManyLbmsAsAskedForAtItsPace) {
   }
 }
 
-TEST_F(LoopbackTest, EndsFiveSecondsAfterTheLastLbm) {
+TEST_F(LoopbackInitiatorTest, EndsFiveSecondsAfterTheLastLbm) {
   SendAll();
   const Time end = 3 * LoopbackInitiator::kPace + seconds(5);
   EXPECT_EQ(end, test_.NextDeadline());
@@ -51,14 +51,14 @@ TEST_F(LoopbackTest, EndsFiveSecondsAfterTheLastLbm) {
   EXPECT_TRUE(test_.Ended(end));
 }
 
-TEST_F(LoopbackTest, MakesNoBurstOfWhatItMissed) {
+TEST_F(LoopbackInitiatorTest, MakesNoBurstOfWhatItMissed) {
   ASSERT_TRUE(test_.TakeDue(Time(0)));
   ASSERT_TRUE(test_.TakeDue(milliseconds(950)));
   EXPECT_FALSE(test_.TakeDue(milliseconds(950)));
   EXPECT_EQ(milliseconds(1050), test_.NextDeadline());
 }
 
-TEST_F(LoopbackTest, NumbersItsLbmsAndFillsThemWithData) {
+TEST_F(LoopbackInitiatorTest, NumbersItsLbmsAndFillsThemWithData) {
   SendAll();
   ASSERT_EQ(4U, sent_.size());
   std::set<Octets> payloads;
@@ -74,7 +74,7 @@ TEST_F(LoopbackTest, NumbersItsLbmsAndFillsThemWithData) {
   EXPECT_EQ(4U, payloads.size());
 }
 
-TEST_F(LoopbackTest, HasNoDataTlvForASizeOfZero) {
+TEST_F(LoopbackInitiatorTest, HasNoDataTlvForASizeOfZero) {
   LoopbackInitiator test(Time(0), {5, kTarget, 1, 1, 0});
   EXPECT_EQ(9U, test.TakeDue(Time(0))->size());
 }
@@ -85,7 +85,7 @@ struct Order {
   std::uint64_t out_of_order;
 };
 
-TEST_F(LoopbackTest, CountsTheOrderOfReplies) {
+TEST_F(LoopbackInitiatorTest, CountsTheOrderOfReplies) {
   const Order cases[] = {
       {{0, 1, 2, 3}, 4, 0},     // all
       {{}, 0, 0},               // none
@@ -106,7 +106,7 @@ TEST_F(LoopbackTest, CountsTheOrderOfReplies) {
   }
 }
 
-TEST_F(LoopbackTest, CountsAWrongPayloadOnlyAsThat) {
+TEST_F(LoopbackInitiatorTest, CountsAWrongPayloadOnlyAsThat) {
   SendAll();
   Octets lbr = pdu::LbrTo(sent_[0]);
   lbr[20] ^= 1U;
@@ -117,7 +117,7 @@ TEST_F(LoopbackTest, CountsAWrongPayloadOnlyAsThat) {
   EXPECT_EQ(1U, test_.Result().in_order);
 }
 
-TEST_F(LoopbackTest, TakesMissingDataForAWrongPayload) {
+TEST_F(LoopbackInitiatorTest, TakesMissingDataForAWrongPayload) {
   SendAll();
   pdu::Loopback bare;
   bare.level = 5;
@@ -126,7 +126,7 @@ TEST_F(LoopbackTest, TakesMissingDataForAWrongPayload) {
   EXPECT_EQ(1U, test_.Result().wrong_payload);
 }
 
-TEST_F(LoopbackTest, LeavesRepliesThatAreNotItsOwn) {
+TEST_F(LoopbackInitiatorTest, LeavesRepliesThatAreNotItsOwn) {
   sent_.push_back(*test_.TakeDue(Time(0)));
   EXPECT_FALSE(Reply(pdu::LbrTo(sent_[0]), {2, 0, 0, 0, 0, 9})) << "from another";
   pdu::Loopback other;
