@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "engine/addresses.h"
+
 namespace cfm_mgr::engine {
 namespace {
 
@@ -37,16 +39,26 @@ void Bridge::Transmit(PortId port, Side side, const Frame& frame) {
 
 void Bridge::Leave(PortId port, Side side, const Frame& frame) {
   if (side == Side::Wire) return network_.SendOverLink(*this, port, frame);
-  for (const PortId other : ports_) {
-    if (other == port) continue;
-    network_.Schedule(network_.now(), [this, other, frame] { Receive(other, Side::Relay, frame); });
+  Relay(port, frame);
+}
+
+void Bridge::Relay(PortId from, const Frame& frame) {
+  const std::uint16_t vid = ServiceOf(frame).vid;
+  relay.Learn(vid, frame.source, from);
+  const EgressPorts egress = FindEgress(from, vid, frame.destination);
+  const std::vector<PortId> to =
+      egress.learnt ? std::vector<PortId>{*egress.learnt} : egress.flooded;
+  for (const PortId port : to) {
+    if (port == from) continue;
+    network_.Schedule(network_.now(), [this, port, frame] { Receive(port, Side::Relay, frame); });
   }
 }
 
-EgressPorts Bridge::FindEgress(PortId ingress, std::uint16_t, const Mac&) {
+EgressPorts Bridge::FindEgress(PortId ingress, std::uint16_t vid, const Mac& destination) {
   EgressPorts ports;
+  ports.learnt = relay.Find(vid, destination);
   for (const PortId port : ports_) {
-    if (port != ingress) ports.flooded.push_back(port);
+    if (port != ingress && relay.IsMember(port)) ports.flooded.push_back(port);
   }
   return ports;
 }
@@ -60,6 +72,33 @@ void Bridge::OnRemoteMepChanged(const MepKey& mep, std::uint32_t remote_mep_id) 
 void Bridge::OnFaultAlarm(const MepKey& mep, std::uint32_t defect_priority) {
   alarms.push_back({network_.now(), mep, defect_priority});
 }
+
+void Bridge::OnLoopbackReply(std::uint32_t request_id, const Mac& source,
+                             std::uint32_t transaction_id) {
+  tests.loopback_replies.push_back({network_.now(), request_id, source, transaction_id});
+}
+
+void Bridge::OnLoopbackEnded(std::uint32_t request_id, const LoopbackResult& result) {
+  tests.loopback_ends.push_back({network_.now(), request_id, result});
+}
+
+void Bridge::OnLinktraceReply(const MepKey& mep, const LinktraceReply& reply) {
+  tests.trace_replies.push_back({network_.now(), mep, reply});
+}
+
+void Bridge::OnLinktraceEnded(const MepKey& mep, std::uint32_t transaction_id) {
+  tests.trace_ends.push_back({network_.now(), mep, transaction_id});
+}
+
+void Bridge::OnDelayReply(std::uint32_t request_id, const Mac& source) {
+  tests.delay_replies.push_back({network_.now(), request_id, source});
+}
+
+void Bridge::OnDelayEnded(std::uint32_t request_id, const DelayResult& result) {
+  tests.delay_ends.push_back({network_.now(), request_id, result});
+}
+
+void Bridge::OnSessionEnded(const SessionResult& result) { tests.sessions.push_back(result); }
 
 Bridge& VirtualNetwork::AddBridge(std::uint64_t seed) {
   bridges_.push_back(std::make_unique<Bridge>(*this, seed));

@@ -2,8 +2,9 @@
  * @file
  * Bridges with an engine each, joined by links, in virtual time.
  *
- * A bridge floods: what the MPs of a port let pass to the relay goes to all its other ports. A link
- * takes no time and loses nothing unless its test says so.
+ * A bridge learns addresses: what the MPs of a port let pass to the relay goes to the port behind
+ * which its destination was seen, or to all other ports. A link takes no time and loses nothing
+ * unless its test says so.
  */
 #ifndef CFM_TESTS_ENGINE_VIRTUAL_NETWORK_H
 #define CFM_TESTS_ENGINE_VIRTUAL_NETWORK_H
@@ -17,6 +18,8 @@
 #include <vector>
 
 #include "engine/engine.h"
+#include "recorded_tests.h"
+#include "relay_table.h"
 
 namespace cfm_mgr::engine {
 
@@ -50,6 +53,8 @@ class Bridge : public Surroundings, public Notifications {
   std::vector<RaisedAlarm> alarms;
   std::vector<MepKey> local_changes;
   std::vector<std::pair<MepKey, std::uint32_t>> remote_changes;
+  RecordedTests tests;
+  RelayTable relay;
 
   /** A frame that comes in by a port. */
   Verdict Receive(PortId port, Side from, const Frame& frame);
@@ -60,16 +65,18 @@ class Bridge : public Surroundings, public Notifications {
   void OnLocalMepChanged(const MepKey& mep) override;
   void OnRemoteMepChanged(const MepKey& mep, std::uint32_t remote_mep_id) override;
   void OnFaultAlarm(const MepKey& mep, std::uint32_t defect_priority) override;
-  void OnLoopbackReply(std::uint32_t, const Mac&, std::uint32_t) override {}
-  void OnLoopbackEnded(std::uint32_t, const LoopbackResult&) override {}
-  void OnLinktraceReply(const MepKey&, const LinktraceReply&) override {}
-  void OnLinktraceEnded(const MepKey&, std::uint32_t) override {}
-  void OnDelayReply(std::uint32_t, const Mac&) override {}
-  void OnDelayEnded(std::uint32_t, const DelayResult&) override {}
-  void OnSessionEnded(const SessionResult&) override {}
+  void OnLoopbackReply(std::uint32_t request_id, const Mac& source,
+                       std::uint32_t transaction_id) override;
+  void OnLoopbackEnded(std::uint32_t request_id, const LoopbackResult& result) override;
+  void OnLinktraceReply(const MepKey& mep, const LinktraceReply& reply) override;
+  void OnLinktraceEnded(const MepKey& mep, std::uint32_t transaction_id) override;
+  void OnDelayReply(std::uint32_t request_id, const Mac& source) override;
+  void OnDelayEnded(std::uint32_t request_id, const DelayResult& result) override;
+  void OnSessionEnded(const SessionResult& result) override;
 
  private:
   void Leave(PortId port, Side side, const Frame& frame);
+  void Relay(PortId from, const Frame& frame);
 
   VirtualNetwork& network_;
   std::set<PortId> ports_;

@@ -83,7 +83,7 @@ TEST(LtmPdu, IsDecoded) {
 }
 
 TEST(LtmPdu, CarriesASenderId) {
-  Ltm ltm{3, false, 1, 2, kOriginal, kTarget, {}, SenderId{7, OctetsOf("b1"), {}, {}}};
+  Ltm ltm{3, false, 1, 2, kOriginal, kTarget, {}, SenderId{7, OctetsOf("b1"), {}, {}, {}}};
   const Octets pdu = Encode(ltm);
   const auto decoded = DecodeLtm(pdu);
   ASSERT_TRUE(decoded);
