@@ -1,0 +1,397 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "engine/addresses.h"
+#include "engine/linktrace_responder.h"
+#include "line.h"
+#include "pdu/linktrace.h"
+
+namespace cfm_mgr::engine {
+namespace {
+
+using pdu::Opcode;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+constexpr std::uint8_t kHit = 1;
+constexpr std::uint8_t kFdb = 2;
+constexpr std::uint8_t kMpdb = 3;
+constexpr std::uint8_t kOk = 1;
+
+/** A trace's replies, nearest first; of one TTL in the order in which they came. */
+std::vector<LinktraceReply> Sorted(const Bridge& bridge) {
+  std::vector<LinktraceReply> replies;
+  for (const auto& entry : bridge.tests.trace_replies) replies.push_back(entry.reply);
+  std::stable_sort(replies.begin(), replies.end(),
+                   [](const auto& a, const auto& b) { return a.ttl > b.ttl; });
+  return replies;
+}
+
+/** A trace from MEP 1 to MEP 2 over some bridges, with all of its replies. */
+class LinktraceTest : public ::testing::Test {
+ protected:
+  void Build(std::size_t bridges, Ends ends) {
+    line_ = std::make_unique<Line>(bridges, ends);
+    line_->Settle();
+  }
+  std::vector<LinktraceReply> Trace(std::uint32_t ttl = 64, bool use_fdb_only = true) {
+    started_ =
+        line_->engine().StartLinktrace(line_->network.now(), line_->Linktrace(ttl, use_fdb_only));
+    EXPECT_FALSE(started_.error);
+    line_->network.Run(seconds(6));
+    return Sorted(line_->First());
+  }
+
+  std::unique_ptr<Line> line_;
+  StartedTest started_;
+};
+
+TEST_F(LinktraceTest, FindsEveryBridgeBetweenDownMeps) {
+  Build(5, Ends::Down);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(4));
+  for (std::size_t i = 0; i < 3; ++i) {
+    const LinktraceReply& reply = replies[i];
+    Bridge& bridge = line_->At(i + 1);
+    EXPECT_EQ(63 - i, reply.ttl);
+    EXPECT_EQ(kFdb, reply.relay_action);
+    EXPECT_TRUE(reply.forwarded);
+    EXPECT_FALSE(reply.terminal_mep);
+    EXPECT_TRUE(reply.use_fdb_only);
+    ASSERT_TRUE(reply.ingress && reply.egress);
+    EXPECT_EQ(kOk, reply.ingress->action);
+    EXPECT_EQ(bridge.MacOf(kLeft), reply.ingress->mac);
+    EXPECT_EQ(kOk, reply.egress->action);
+    EXPECT_EQ(bridge.MacOf(kRight), reply.egress->mac);
+    EXPECT_EQ(bridge.MacOf(kLeft), reply.source);
+  }
+  const LinktraceReply& last = replies[3];
+  EXPECT_EQ(60, last.ttl);
+  EXPECT_EQ(kHit, last.relay_action);
+  EXPECT_TRUE(last.terminal_mep);
+  EXPECT_FALSE(last.forwarded);
+  EXPECT_EQ(line_->LastMepMac(), last.source);
+  EXPECT_FALSE(last.egress);
+}
+
+TEST_F(LinktraceTest, ChainsTheEgressIdentifiers) {
+  Build(4, Ends::Down);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(3));
+  EXPECT_EQ(EgressIdentifierOf(line_->FirstMepMac()), replies[0].last_egress);
+  EXPECT_EQ(replies[0].next_egress, replies[1].last_egress);
+  EXPECT_EQ(replies[1].next_egress, replies[2].last_egress);
+  EXPECT_EQ(pdu::EgressIdentifier{}, replies[2].next_egress);
+}
+
+TEST_F(LinktraceTest, TellsHowTheReplyCame) {
+  Build(2, Ends::Down);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(1));
+  EXPECT_EQ(line_->FirstMepMac(), replies[0].destination);
+  EXPECT_EQ(line_->LastMepMac(), replies[0].source);
+  EXPECT_EQ(100, replies[0].vid);
+  EXPECT_EQ(6, replies[0].pcp);
+  EXPECT_FALSE(replies[0].inner_vid);
+  EXPECT_EQ(3, replies[0].level);
+  EXPECT_EQ(started_.transaction_id, replies[0].transaction_id);
+  EXPECT_EQ(5, replies[0].ingress->port_id_subtype);
+  EXPECT_EQ((std::vector<std::uint8_t>{'p', 'o', 'r', 't', '1'}), replies[0].ingress->port_id);
+}
+
+TEST_F(LinktraceTest, TellsBothTagsOfAReply) {
+  line_ = std::make_unique<Line>(2, Ends::Down);
+  for (const std::size_t end : {0U, 1U}) {
+    Association association = line_->AssociationOf(end);
+    for (auto& entry : association.meps) entry.second.inner_vid = 7;
+    line_->Configure(end, SampleDomain(), association);
+  }
+  line_->Settle();
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(1));
+  EXPECT_EQ(100, replies[0].vid);
+  EXPECT_EQ(7, replies[0].inner_vid);
+  EXPECT_EQ(6, replies[0].inner_pcp);
+}
+
+TEST_F(LinktraceTest, GoesThroughItsOwnBridgeFromAnUpMep) {
+  Build(3, Ends::Up);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(3));
+  // The MIP of its own bridge's other port comes first: it has an egress alone.
+  EXPECT_EQ(63, replies[0].ttl);
+  EXPECT_FALSE(replies[0].ingress);
+  ASSERT_TRUE(replies[0].egress);
+  EXPECT_EQ(line_->First().MacOf(kRight), replies[0].egress->mac);
+  EXPECT_EQ(kFdb, replies[0].relay_action);
+  EXPECT_TRUE(replies[0].forwarded);
+  EXPECT_EQ(62, replies[1].ttl);
+  EXPECT_TRUE(replies[1].ingress && replies[1].egress);
+  // In the last bridge the ingress MIP answers for the Up MEP on the egress port.
+  const LinktraceReply& last = replies[2];
+  EXPECT_EQ(61, last.ttl);
+  EXPECT_EQ(kHit, last.relay_action);
+  EXPECT_TRUE(last.terminal_mep);
+  EXPECT_FALSE(last.forwarded);
+  EXPECT_EQ(line_->Last().MacOf(kLeft), last.source);
+  ASSERT_TRUE(last.egress);
+  EXPECT_EQ(line_->LastMepMac(), last.egress->mac);
+}
+
+TEST_F(LinktraceTest, IsAnsweredByAnUpMepWhereTheIngressHasNoMip) {
+  line_ = std::make_unique<Line>(3, Ends::Up);
+  Association without_mips = line_->AssociationOf(2);
+  without_mips.settings.mhf_creation = 1;
+  line_->Configure(2, SampleDomain(), without_mips);
+  line_->Settle();
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(3));
+  EXPECT_EQ(kHit, replies[2].relay_action);
+  EXPECT_TRUE(replies[2].terminal_mep);
+  EXPECT_FALSE(replies[2].ingress);
+  EXPECT_EQ(line_->LastMepMac(), replies[2].egress->mac);
+  EXPECT_EQ(line_->LastMepMac(), replies[2].source);
+}
+
+TEST_F(LinktraceTest, IsNotAnsweredByBridgesWithoutMips) {
+  line_ = std::make_unique<Line>(4, Ends::Down);
+  line_->At(1).engine().RemoveAssociation(Time{}, SampleMa());
+  line_->Settle();
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(2));
+  EXPECT_EQ(63, replies[0].ttl) << "the first bridge relayed the LTM as any other frame";
+  EXPECT_EQ(line_->At(2).MacOf(kLeft), replies[0].source);
+}
+
+TEST_F(LinktraceTest, EndsWhereItsTtlDoes) {
+  Build(5, Ends::Down);
+  const auto replies = Trace(2);
+  ASSERT_THAT(replies, SizeIs(2));
+  EXPECT_EQ(1, replies[0].ttl);
+  EXPECT_TRUE(replies[0].forwarded);
+  EXPECT_EQ(0, replies[1].ttl);
+  EXPECT_FALSE(replies[1].forwarded);
+  EXPECT_EQ(line_->At(2).MacOf(kLeft), replies[1].source);
+}
+
+TEST_F(LinktraceTest, HasATtlOf64UnlessAskedForAnother) {
+  Build(2, Ends::Down);
+  EXPECT_EQ(63, Trace(0).at(0).ttl);
+  const pdu::Ltm ltm = *pdu::DecodeLtm(SentBy(line_->First(), Opcode::Ltm).at(0).frame.pdu);
+  EXPECT_EQ(64, ltm.ttl);
+  EXPECT_TRUE(ltm.use_fdb_only);
+  EXPECT_EQ(line_->FirstMepMac(), ltm.original);
+  EXPECT_EQ(line_->LastMepMac(), ltm.target);
+  EXPECT_EQ(LtmGroupAddress(3), SentBy(line_->First(), Opcode::Ltm).at(0).frame.destination);
+}
+
+TEST_F(LinktraceTest, StopsBeforeABlockedPort) {
+  Build(4, Ends::Down);
+  line_->At(1).SetPort(kRight, 1, 1);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(1));
+  EXPECT_EQ(3, replies[0].egress->action);
+  EXPECT_FALSE(replies[0].forwarded);
+}
+
+TEST_F(LinktraceTest, StopsAfterABlockedPort) {
+  Build(4, Ends::Down);
+  line_->At(1).SetPort(kLeft, 1, 1);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(1));
+  EXPECT_EQ(3, replies[0].ingress->action);
+  EXPECT_FALSE(replies[0].forwarded);
+}
+
+TEST_F(LinktraceTest, StopsBeforeAPortThatIsDown) {
+  Build(4, Ends::Down);
+  line_->At(2).SetPort(kRight, 2, 2);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(2));
+  EXPECT_EQ(2, replies[1].egress->action);
+  EXPECT_FALSE(replies[1].forwarded);
+}
+
+TEST_F(LinktraceTest, StopsBeforeAPortOutsideTheVlan) {
+  Build(4, Ends::Down);
+  line_->At(1).relay.Exclude(kRight);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(1));
+  EXPECT_EQ(4, replies[0].egress->action);
+  EXPECT_FALSE(replies[0].forwarded);
+}
+
+TEST_F(LinktraceTest, FindsItsWayByTheMipDatabaseWhenItMay) {
+  Build(4, Ends::Down);
+  line_->At(1).SetPort(3);  // With a third port flooding tells no way.
+  line_->At(1).relay.StopLearning();
+  EXPECT_THAT(Trace(64, true), IsEmpty());
+  const auto replies = Trace(64, false);
+  ASSERT_THAT(replies, SizeIs(3));
+  EXPECT_EQ(kMpdb, replies[0].relay_action);
+  EXPECT_FALSE(replies[0].use_fdb_only);
+  EXPECT_EQ(kFdb, replies[1].relay_action);
+  EXPECT_EQ(kHit, replies[2].relay_action);
+}
+
+TEST_F(LinktraceTest, ReachesThroughMepsOfLowerLevels) {
+  Build(3, Ends::Down);
+  // Each port of the bridge in between gets a Down MEP of level 1; the MIPs are explicit ones.
+  Association low = SampleAssociation();
+  low.meps[11] = SampleMep();
+  low.meps[12] = SampleMep();
+  low.meps[12].ifindex = kRight;
+  line_->At(1).engine().SetAssociation(line_->network.now(), {"D0", "A0"}, SampleDomain(1), low);
+  Association explicit_mips = line_->AssociationOf(1);
+  explicit_mips.settings.mhf_creation = 4;
+  DomainSettings domain = SampleDomain();
+  domain.mhf_creation = 3;
+  line_->Configure(1, domain, explicit_mips);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(2));
+  EXPECT_EQ(kFdb, replies[0].relay_action);
+  EXPECT_TRUE(replies[0].ingress && replies[0].egress);
+  EXPECT_EQ(kHit, replies[1].relay_action);
+}
+
+TEST_F(LinktraceTest, DoesNotPassAMepOfAHigherLevel) {
+  Build(3, Ends::Down);
+  Association high = SampleAssociation();
+  high.meps[11] = SampleMep();
+  high.meps[11].ifindex = kRight;
+  line_->At(1).engine().SetAssociation(line_->network.now(), {"D5", "A5"}, SampleDomain(5), high);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(1));
+  EXPECT_FALSE(replies[0].forwarded);
+  EXPECT_FALSE(replies[0].egress);
+  EXPECT_THAT(SentBy(line_->At(1), Opcode::Ltm), IsEmpty());
+}
+
+TEST_F(LinktraceTest, EndsAtAMepThatIsNotItsTarget) {
+  Build(4, Ends::Down);
+  // An Up MEP 3 of the association on the way, facing back.
+  Association boundary = line_->AssociationOf(2);
+  boundary.settings.mep_ids = {1, 2, 3};
+  boundary.meps[3] = SampleMep();
+  boundary.meps[3].direction = kUp;
+  boundary.meps[3].ifindex = kRight;
+  line_->Configure(2, SampleDomain(), boundary);
+  const auto replies = Trace();
+  ASSERT_THAT(replies, SizeIs(2));
+  EXPECT_EQ(kFdb, replies[1].relay_action);
+  EXPECT_TRUE(replies[1].terminal_mep);
+  EXPECT_FALSE(replies[1].forwarded);
+  EXPECT_EQ(line_->At(2).MacOf(kRight), replies[1].egress->mac);
+}
+
+TEST_F(LinktraceTest, AnswersWithinASecondInAnyOrder) {
+  Build(5, Ends::Down);
+  const Time start = line_->network.now();
+  Trace();
+  for (const auto& entry : line_->First().tests.trace_replies) {
+    EXPECT_LE(entry.time - start, seconds(1));
+    EXPECT_EQ(1U, entry.mep.mep_id);
+  }
+}
+
+TEST_F(LinktraceTest, EndsAfterFiveSecondsAndTakesNoLaterReply) {
+  Build(2, Ends::Down);
+  line_->network.SetLinkRule([](const Frame& frame) -> std::optional<Time> {
+    return frame.pdu[1] == 4 ? milliseconds(5001) : milliseconds(0);
+  });
+  const Time start = line_->network.now();
+  EXPECT_THAT(Trace(), IsEmpty());
+  const auto& ends = line_->First().tests.trace_ends;
+  ASSERT_THAT(ends, SizeIs(1));
+  EXPECT_EQ(start + seconds(5), ends[0].time);
+  EXPECT_EQ("D1", ends[0].mep.ma.md_name);
+  EXPECT_EQ("A1", ends[0].mep.ma.ma_name);
+  EXPECT_EQ(1U, ends[0].mep.mep_id);
+  EXPECT_EQ(started_.transaction_id, ends[0].transaction_id);
+  line_->network.Run(seconds(2));
+  EXPECT_EQ(1U, line_->engine().drops().unexpected);
+}
+
+TEST_F(LinktraceTest, NumbersEachTraceAnew) {
+  Build(2, Ends::Down);
+  Trace();
+  const std::uint32_t first = started_.transaction_id;
+  Trace();
+  EXPECT_NE(first, started_.transaction_id);
+}
+
+TEST_F(LinktraceTest, KeepsSimultaneousTracesApart) {
+  Build(3, Ends::Down);
+  const Time now = line_->network.now();
+  const auto one = line_->engine().StartLinktrace(now, line_->Linktrace(1));
+  const auto two = line_->engine().StartLinktrace(now, line_->Linktrace(2));
+  line_->network.Run(seconds(6));
+  std::map<std::uint32_t, int> replies;
+  for (const auto& entry : line_->First().tests.trace_replies) {
+    ++replies[entry.reply.transaction_id];
+  }
+  EXPECT_EQ((std::map<std::uint32_t, int>{{one.transaction_id, 1}, {two.transaction_id, 2}}),
+            replies);
+  EXPECT_THAT(line_->First().tests.trace_ends, SizeIs(2));
+}
+
+TEST_F(LinktraceTest, EndsWhenTheMepIsRemoved) {
+  Build(2, Ends::Down);
+  const auto started = line_->engine().StartLinktrace(line_->network.now(), line_->Linktrace());
+  line_->engine().RemoveAssociation(line_->network.now(), SampleMa());
+  ASSERT_THAT(line_->First().tests.trace_ends, SizeIs(1));
+  EXPECT_EQ(started.transaction_id, line_->First().tests.trace_ends[0].transaction_id);
+  line_->network.Run(seconds(6));
+  EXPECT_THAT(line_->First().tests.trace_ends, SizeIs(1));
+  EXPECT_THAT(line_->First().tests.trace_replies, IsEmpty());
+}
+
+TEST_F(LinktraceTest, IsRefusedWithTheReason) {
+  Build(2, Ends::Down);
+  const auto error = [this](const LinktraceRequest& request) {
+    return line_->engine().StartLinktrace(line_->network.now(), request).error;
+  };
+  EXPECT_EQ(TriggerError::UnknownMep, error({1, SampleKey(9), 2, 64}));
+  EXPECT_EQ(TriggerError::UnknownRemoteMep, error({1, SampleKey(1), 3, 64}));
+  EXPECT_EQ(TriggerError::BadParameter, error({1, SampleKey(1), 2, 256}));
+  for (int i = 0; i < 8; ++i) EXPECT_FALSE(error(line_->Linktrace()));
+  EXPECT_EQ(TriggerError::TooMany, error(line_->Linktrace()));
+}
+
+TEST_F(LinktraceTest, CountsMalformedMessages) {
+  Build(3, Ends::Down);
+  Trace();
+  Frame ltm = SentBy(line_->First(), Opcode::Ltm).at(0).frame;
+  ltm.pdu.pop_back();
+  line_->At(1).Receive(kLeft, Side::Wire, ltm);
+  EXPECT_EQ(1U, line_->At(1).engine().drops().malformed);
+  Frame ltr = SentBy(line_->At(1), Opcode::Ltr).at(0).frame;
+  ltr.pdu.pop_back();
+  line_->First().Receive(kRight, Side::Wire, ltr);
+  EXPECT_EQ(1U, line_->engine().drops().malformed);
+}
+
+TEST_F(LinktraceTest, TellsTheSenderWhereTheAssociationsAllowIt) {
+  line_ = std::make_unique<Line>(3, Ends::Down);
+  for (std::size_t i = 0; i < 3; ++i) {
+    Association association = line_->AssociationOf(i);
+    association.settings.sender_id = 2;
+    line_->Configure(i, SampleDomain(), association);
+  }
+  line_->Settle();
+  Trace();
+  for (const std::size_t i : {1U, 2U}) {
+    const auto sent = SentBy(line_->At(i), Opcode::Ltr);
+    ASSERT_THAT(sent, SizeIs(1));
+    const auto ltr = pdu::DecodeLtr(sent[0].frame.pdu);
+    ASSERT_TRUE(ltr && ltr->sender_id);
+    EXPECT_EQ(pdu::OctetView(sent[0].frame.source), ltr->sender_id->chassis_id);
+  }
+  const auto ltms = SentBy(line_->First(), Opcode::Ltm);
+  EXPECT_TRUE(pdu::DecodeLtm(ltms.at(0).frame.pdu)->sender_id);
+}
+
+}  // namespace
+}  // namespace cfm_mgr::engine
