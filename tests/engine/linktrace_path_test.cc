@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "engine/addresses.h"
 #include "engine/linktrace_responder.h"
-#include "line.h"
 #include "pdu/linktrace.h"
+#include "traced_line.h"
 
 namespace cfm_mgr::engine {
 namespace {
@@ -20,35 +18,9 @@ constexpr std::uint8_t kFdb = 2;
 constexpr std::uint8_t kMpdb = 3;
 constexpr std::uint8_t kOk = 1;
 
-/** A trace's replies, nearest first; of one TTL in the order in which they came. */
-std::vector<LinktraceReply> Sorted(const Bridge& bridge) {
-  std::vector<LinktraceReply> replies;
-  for (const auto& entry : bridge.tests.trace_replies) replies.push_back(entry.reply);
-  std::stable_sort(replies.begin(), replies.end(),
-                   [](const auto& a, const auto& b) { return a.ttl > b.ttl; });
-  return replies;
-}
+using LinktracePath = TracedLine;
 
-/** A trace from MEP 1 to MEP 2 over some bridges, with all of its replies. */
-class LinktraceTest : public ::testing::Test {
- protected:
-  void Build(std::size_t bridges, Ends ends) {
-    line_ = std::make_unique<Line>(bridges, ends);
-    line_->Settle();
-  }
-  std::vector<LinktraceReply> Trace(std::uint32_t ttl = 64, bool use_fdb_only = true) {
-    started_ =
-        line_->engine().StartLinktrace(line_->network.now(), line_->Linktrace(ttl, use_fdb_only));
-    EXPECT_FALSE(started_.error);
-    line_->network.Run(seconds(6));
-    return Sorted(line_->First());
-  }
-
-  std::unique_ptr<Line> line_;
-  StartedTest started_;
-};
-
-TEST_F(LinktraceTest, FindsEveryBridgeBetweenDownMeps) {
+TEST_F(LinktracePath, FindsEveryBridgeBetweenDownMeps) {
   Build(5, Ends::Down);
   const auto replies = Trace();
   ASSERT_THAT(replies, SizeIs(4));
@@ -76,7 +48,7 @@ TEST_F(LinktraceTest, FindsEveryBridgeBetweenDownMeps) {
   EXPECT_FALSE(last.egress);
 }
 
-TEST_F(LinktraceTest, ChainsTheEgressIdentifiers) {
+TEST_F(LinktracePath, ChainsTheEgressIdentifiers) {
   Build(4, Ends::Down);
   const auto replies = Trace();
   ASSERT_THAT(replies, SizeIs(3));
@@ -86,7 +58,7 @@ TEST_F(LinktraceTest, ChainsTheEgressIdentifiers) {
   EXPECT_EQ(pdu::EgressIdentifier{}, replies[2].next_egress);
 }
 
-TEST_F(LinktraceTest, TellsHowTheReplyCame) {
+TEST_F(LinktracePath, TellsHowTheReplyCame) {
   Build(2, Ends::Down);
   const auto replies = Trace();
   ASSERT_THAT(replies, SizeIs(1));
@@ -101,7 +73,7 @@ TEST_F(LinktraceTest, TellsHowTheReplyCame) {
   EXPECT_EQ((std::vector<std::uint8_t>{'p', 'o', 'r', 't', '1'}), replies[0].ingress->port_id);
 }
 
-TEST_F(LinktraceTest, TellsBothTagsOfAReply) {
+TEST_F(LinktracePath, TellsBothTagsOfAReply) {
   line_ = std::make_unique<Line>(2, Ends::Down);
   for (const std::size_t end : {0U, 1U}) {
     Association association = line_->AssociationOf(end);
@@ -116,7 +88,7 @@ TEST_F(LinktraceTest, TellsBothTagsOfAReply) {
   EXPECT_EQ(6, replies[0].inner_pcp);
 }
 
-TEST_F(LinktraceTest, GoesThroughItsOwnBridgeFromAnUpMep) {
+TEST_F(LinktracePath, GoesThroughItsOwnBridgeFromAnUpMep) {
   Build(3, Ends::Up);
   const auto replies = Trace();
   ASSERT_THAT(replies, SizeIs(3));
@@ -140,7 +112,7 @@ TEST_F(LinktraceTest, GoesThroughItsOwnBridgeFromAnUpMep) {
   EXPECT_EQ(line_->LastMepMac(), last.egress->mac);
 }
 
-TEST_F(LinktraceTest, IsAnsweredByAnUpMepWhereTheIngressHasNoMip) {
+TEST_F(LinktracePath, IsAnsweredByAnUpMepWhereTheIngressHasNoMip) {
   line_ = std::make_unique<Line>(3, Ends::Up);
   Association without_mips = line_->AssociationOf(2);
   without_mips.settings.mhf_creation = 1;
@@ -155,7 +127,7 @@ TEST_F(LinktraceTest, IsAnsweredByAnUpMepWhereTheIngressHasNoMip) {
   EXPECT_EQ(line_->LastMepMac(), replies[2].source);
 }
 
-TEST_F(LinktraceTest, IsNotAnsweredByBridgesWithoutMips) {
+TEST_F(LinktracePath, IsNotAnsweredByBridgesWithoutMips) {
   line_ = std::make_unique<Line>(4, Ends::Down);
   line_->At(1).engine().RemoveAssociation(Time{}, SampleMa());
   line_->Settle();
@@ -165,7 +137,7 @@ TEST_F(LinktraceTest, IsNotAnsweredByBridgesWithoutMips) {
   EXPECT_EQ(line_->At(2).MacOf(kLeft), replies[0].source);
 }
 
-TEST_F(LinktraceTest, EndsWhereItsTtlDoes) {
+TEST_F(LinktracePath, EndsWhereItsTtlDoes) {
   Build(5, Ends::Down);
   const auto replies = Trace(2);
   ASSERT_THAT(replies, SizeIs(2));
@@ -176,7 +148,7 @@ TEST_F(LinktraceTest, EndsWhereItsTtlDoes) {
   EXPECT_EQ(line_->At(2).MacOf(kLeft), replies[1].source);
 }
 
-TEST_F(LinktraceTest, HasATtlOf64UnlessAskedForAnother) {
+TEST_F(LinktracePath, HasATtlOf64UnlessAskedForAnother) {
   Build(2, Ends::Down);
   EXPECT_EQ(63, Trace(0).at(0).ttl);
   const pdu::Ltm ltm = *pdu::DecodeLtm(SentBy(line_->First(), Opcode::Ltm).at(0).frame.pdu);
@@ -187,7 +159,7 @@ TEST_F(LinktraceTest, HasATtlOf64UnlessAskedForAnother) {
   EXPECT_EQ(LtmGroupAddress(3), SentBy(line_->First(), Opcode::Ltm).at(0).frame.destination);
 }
 
-TEST_F(LinktraceTest, StopsBeforeABlockedPort) {
+TEST_F(LinktracePath, StopsBeforeABlockedPort) {
   Build(4, Ends::Down);
   line_->At(1).SetPort(kRight, 1, 1);
   const auto replies = Trace();
@@ -196,7 +168,7 @@ TEST_F(LinktraceTest, StopsBeforeABlockedPort) {
   EXPECT_FALSE(replies[0].forwarded);
 }
 
-TEST_F(LinktraceTest, StopsAfterABlockedPort) {
+TEST_F(LinktracePath, StopsAfterABlockedPort) {
   Build(4, Ends::Down);
   line_->At(1).SetPort(kLeft, 1, 1);
   const auto replies = Trace();
@@ -205,7 +177,7 @@ TEST_F(LinktraceTest, StopsAfterABlockedPort) {
   EXPECT_FALSE(replies[0].forwarded);
 }
 
-TEST_F(LinktraceTest, StopsBeforeAPortThatIsDown) {
+TEST_F(LinktracePath, StopsBeforeAPortThatIsDown) {
   Build(4, Ends::Down);
   line_->At(2).SetPort(kRight, 2, 2);
   const auto replies = Trace();
@@ -214,7 +186,7 @@ TEST_F(LinktraceTest, StopsBeforeAPortThatIsDown) {
   EXPECT_FALSE(replies[1].forwarded);
 }
 
-TEST_F(LinktraceTest, StopsBeforeAPortOutsideTheVlan) {
+TEST_F(LinktracePath, StopsBeforeAPortOutsideTheVlan) {
   Build(4, Ends::Down);
   line_->At(1).relay.Exclude(kRight);
   const auto replies = Trace();
@@ -223,7 +195,7 @@ TEST_F(LinktraceTest, StopsBeforeAPortOutsideTheVlan) {
   EXPECT_FALSE(replies[0].forwarded);
 }
 
-TEST_F(LinktraceTest, FindsItsWayByTheMipDatabaseWhenItMay) {
+TEST_F(LinktracePath, FindsItsWayByTheMipDatabaseWhenItMay) {
   Build(4, Ends::Down);
   line_->At(1).SetPort(3);  // With a third port flooding tells no way.
   line_->At(1).relay.StopLearning();
@@ -236,7 +208,7 @@ TEST_F(LinktraceTest, FindsItsWayByTheMipDatabaseWhenItMay) {
   EXPECT_EQ(kHit, replies[2].relay_action);
 }
 
-TEST_F(LinktraceTest, ReachesThroughMepsOfLowerLevels) {
+TEST_F(LinktracePath, ReachesThroughMepsOfLowerLevels) {
   Build(3, Ends::Down);
   // Each port of the bridge in between gets a Down MEP of level 1; the MIPs are explicit ones.
   Association low = SampleAssociation();
@@ -256,7 +228,7 @@ TEST_F(LinktraceTest, ReachesThroughMepsOfLowerLevels) {
   EXPECT_EQ(kHit, replies[1].relay_action);
 }
 
-TEST_F(LinktraceTest, DoesNotPassAMepOfAHigherLevel) {
+TEST_F(LinktracePath, DoesNotPassAMepOfAHigherLevel) {
   Build(3, Ends::Down);
   Association high = SampleAssociation();
   high.meps[11] = SampleMep();
@@ -269,7 +241,7 @@ TEST_F(LinktraceTest, DoesNotPassAMepOfAHigherLevel) {
   EXPECT_THAT(SentBy(line_->At(1), Opcode::Ltm), IsEmpty());
 }
 
-TEST_F(LinktraceTest, EndsAtAMepThatIsNotItsTarget) {
+TEST_F(LinktracePath, EndsAtAMepThatIsNotItsTarget) {
   Build(4, Ends::Down);
   // An Up MEP 3 of the association on the way, facing back.
   Association boundary = line_->AssociationOf(2);
@@ -284,113 +256,6 @@ TEST_F(LinktraceTest, EndsAtAMepThatIsNotItsTarget) {
   EXPECT_TRUE(replies[1].terminal_mep);
   EXPECT_FALSE(replies[1].forwarded);
   EXPECT_EQ(line_->At(2).MacOf(kRight), replies[1].egress->mac);
-}
-
-TEST_F(LinktraceTest, AnswersWithinASecondInAnyOrder) {
-  Build(5, Ends::Down);
-  const Time start = line_->network.now();
-  Trace();
-  for (const auto& entry : line_->First().tests.trace_replies) {
-    EXPECT_LE(entry.time - start, seconds(1));
-    EXPECT_EQ(1U, entry.mep.mep_id);
-  }
-}
-
-TEST_F(LinktraceTest, EndsAfterFiveSecondsAndTakesNoLaterReply) {
-  Build(2, Ends::Down);
-  line_->network.SetLinkRule([](const Frame& frame) -> std::optional<Time> {
-    return frame.pdu[1] == 4 ? milliseconds(5001) : milliseconds(0);
-  });
-  const Time start = line_->network.now();
-  EXPECT_THAT(Trace(), IsEmpty());
-  const auto& ends = line_->First().tests.trace_ends;
-  ASSERT_THAT(ends, SizeIs(1));
-  EXPECT_EQ(start + seconds(5), ends[0].time);
-  EXPECT_EQ("D1", ends[0].mep.ma.md_name);
-  EXPECT_EQ("A1", ends[0].mep.ma.ma_name);
-  EXPECT_EQ(1U, ends[0].mep.mep_id);
-  EXPECT_EQ(started_.transaction_id, ends[0].transaction_id);
-  line_->network.Run(seconds(2));
-  EXPECT_EQ(1U, line_->engine().drops().unexpected);
-}
-
-TEST_F(LinktraceTest, NumbersEachTraceAnew) {
-  Build(2, Ends::Down);
-  Trace();
-  const std::uint32_t first = started_.transaction_id;
-  Trace();
-  EXPECT_NE(first, started_.transaction_id);
-}
-
-TEST_F(LinktraceTest, KeepsSimultaneousTracesApart) {
-  Build(3, Ends::Down);
-  const Time now = line_->network.now();
-  const auto one = line_->engine().StartLinktrace(now, line_->Linktrace(1));
-  const auto two = line_->engine().StartLinktrace(now, line_->Linktrace(2));
-  line_->network.Run(seconds(6));
-  std::map<std::uint32_t, int> replies;
-  for (const auto& entry : line_->First().tests.trace_replies) {
-    ++replies[entry.reply.transaction_id];
-  }
-  EXPECT_EQ((std::map<std::uint32_t, int>{{one.transaction_id, 1}, {two.transaction_id, 2}}),
-            replies);
-  EXPECT_THAT(line_->First().tests.trace_ends, SizeIs(2));
-}
-
-TEST_F(LinktraceTest, EndsWhenTheMepIsRemoved) {
-  Build(2, Ends::Down);
-  const auto started = line_->engine().StartLinktrace(line_->network.now(), line_->Linktrace());
-  line_->engine().RemoveAssociation(line_->network.now(), SampleMa());
-  ASSERT_THAT(line_->First().tests.trace_ends, SizeIs(1));
-  EXPECT_EQ(started.transaction_id, line_->First().tests.trace_ends[0].transaction_id);
-  line_->network.Run(seconds(6));
-  EXPECT_THAT(line_->First().tests.trace_ends, SizeIs(1));
-  EXPECT_THAT(line_->First().tests.trace_replies, IsEmpty());
-}
-
-TEST_F(LinktraceTest, IsRefusedWithTheReason) {
-  Build(2, Ends::Down);
-  const auto error = [this](const LinktraceRequest& request) {
-    return line_->engine().StartLinktrace(line_->network.now(), request).error;
-  };
-  EXPECT_EQ(TriggerError::UnknownMep, error({1, SampleKey(9), 2, 64}));
-  EXPECT_EQ(TriggerError::UnknownRemoteMep, error({1, SampleKey(1), 3, 64}));
-  EXPECT_EQ(TriggerError::BadParameter, error({1, SampleKey(1), 2, 256}));
-  for (int i = 0; i < 8; ++i) EXPECT_FALSE(error(line_->Linktrace()));
-  EXPECT_EQ(TriggerError::TooMany, error(line_->Linktrace()));
-}
-
-TEST_F(LinktraceTest, CountsMalformedMessages) {
-  Build(3, Ends::Down);
-  Trace();
-  Frame ltm = SentBy(line_->First(), Opcode::Ltm).at(0).frame;
-  ltm.pdu.pop_back();
-  line_->At(1).Receive(kLeft, Side::Wire, ltm);
-  EXPECT_EQ(1U, line_->At(1).engine().drops().malformed);
-  Frame ltr = SentBy(line_->At(1), Opcode::Ltr).at(0).frame;
-  ltr.pdu.pop_back();
-  line_->First().Receive(kRight, Side::Wire, ltr);
-  EXPECT_EQ(1U, line_->engine().drops().malformed);
-}
-
-TEST_F(LinktraceTest, TellsTheSenderWhereTheAssociationsAllowIt) {
-  line_ = std::make_unique<Line>(3, Ends::Down);
-  for (std::size_t i = 0; i < 3; ++i) {
-    Association association = line_->AssociationOf(i);
-    association.settings.sender_id = 2;
-    line_->Configure(i, SampleDomain(), association);
-  }
-  line_->Settle();
-  Trace();
-  for (const std::size_t i : {1U, 2U}) {
-    const auto sent = SentBy(line_->At(i), Opcode::Ltr);
-    ASSERT_THAT(sent, SizeIs(1));
-    const auto ltr = pdu::DecodeLtr(sent[0].frame.pdu);
-    ASSERT_TRUE(ltr && ltr->sender_id);
-    EXPECT_EQ(pdu::OctetView(sent[0].frame.source), ltr->sender_id->chassis_id);
-  }
-  const auto ltms = SentBy(line_->First(), Opcode::Ltm);
-  EXPECT_TRUE(pdu::DecodeLtm(ltms.at(0).frame.pdu)->sender_id);
 }
 
 }  // namespace
