@@ -229,16 +229,19 @@ TEST_F(LinktracePath, ReachesThroughMepsOfLowerLevels) {
 }
 
 TEST_F(LinktracePath, DoesNotPassAMepOfAHigherLevel) {
-  Build(3, Ends::Down);
-  Association high = SampleAssociation();
-  high.meps[11] = SampleMep();
-  high.meps[11].ifindex = kRight;
-  line_->At(1).engine().SetAssociation(line_->network.now(), {"D5", "A5"}, SampleDomain(5), high);
-  const auto replies = Trace();
-  ASSERT_THAT(replies, SizeIs(1));
-  EXPECT_FALSE(replies[0].forwarded);
-  EXPECT_FALSE(replies[0].egress);
-  EXPECT_THAT(SentBy(line_->At(1), Opcode::Ltm), IsEmpty());
+  for (const std::int32_t direction : {kDown, kUp}) {
+    Build(3, Ends::Down);
+    Association high = SampleAssociation();
+    high.meps[11] = SampleMep();
+    high.meps[11].direction = direction;
+    high.meps[11].ifindex = kRight;
+    line_->At(1).engine().SetAssociation(line_->network.now(), {"D5", "A5"}, SampleDomain(5), high);
+    const auto replies = Trace();
+    ASSERT_THAT(replies, SizeIs(1)) << direction;
+    EXPECT_FALSE(replies[0].forwarded);
+    EXPECT_FALSE(replies[0].egress);
+    EXPECT_THAT(SentBy(line_->At(1), Opcode::Ltm), IsEmpty());
+  }
 }
 
 TEST_F(LinktracePath, EndsAtAMepThatIsNotItsTarget) {
