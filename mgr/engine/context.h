@@ -20,8 +20,8 @@ struct Context {
   DropCounters drops;
 
   /**
-   * Takes a frame that leaves a MEP on the side that it does not face. It meets the other MPs of
-   * the port on its way.
+   * Takes a frame of a higher level than a MEP's that leaves the MEP on the side that it does not
+   * face. It meets the other MPs of the port on its way.
    */
   std::function<void(Time now, const LocalMep& from, const Frame& frame)> send_behind;
   /** A MEP has stopped running; its tests end. The MEP is still there. */

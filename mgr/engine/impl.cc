@@ -31,7 +31,7 @@ Verdict Engine::Impl::Receive(Time now, PortId port, Side from, const Frame& fra
     return Verdict::Stop;
   }
   const MepStack* const stack = table_.index().Find(port, ServiceOf(frame));
-  return Pass(now, {port, from, *header, frame, stack, 0});
+  return Pass(now, {port, from, *header, frame, stack});
 }
 
 Verdict Engine::Impl::Pass(Time now, const Passage& passage) {
@@ -45,10 +45,9 @@ Verdict Engine::Impl::Pass(Time now, const Passage& passage) {
 Verdict Engine::Impl::MeetFacing(Time now, const Passage& passage) {
   if (passage.stack == nullptr) return Verdict::Pass;
   const std::uint8_t level = passage.header.level;
-  const std::uint8_t least = std::max(level, passage.above_level);
   const std::vector<LocalMep*>& meps = passage.stack->Facing(passage.from);
-  const auto found = std::find_if(meps.begin(), meps.end(), [least](const LocalMep* mep) {
-    return mep->settings().level >= least;
+  const auto found = std::find_if(meps.begin(), meps.end(), [level](const LocalMep* mep) {
+    return mep->settings().level >= level;
   });
   if (found == meps.end()) return Verdict::Pass;
   LocalMep& mep = **found;
@@ -94,9 +93,9 @@ void Engine::Impl::SendBehind(Time now, const LocalMep& mep, const Frame& frame)
   const pdu::Decoded<pdu::Header> header = pdu::DecodeHeader(frame.pdu);
   const PortId port = mep.settings().port;
   const Side from = mep.settings().side;
-  const auto above = static_cast<std::uint8_t>(mep.settings().level + 1);
   const MepStack* const stack = table_.index().Find(port, ServiceOf(frame));
-  if (Pass(now, {port, from, *header, frame, stack, above}) == Verdict::Pass) {
+  // It is of a higher level than the MEP that sends it, which therefore lets it pass.
+  if (Pass(now, {port, from, *header, frame, stack}) == Verdict::Pass) {
     context_.surroundings.Transmit(port, Opposite(from), frame);
   }
 }

@@ -36,8 +36,7 @@ class Engine::Impl {
     Side from;
     const pdu::Header& header;
     const Frame& frame;
-    const MepStack* stack;     ///< Null without MEPs.
-    std::uint8_t above_level;  ///< MEPs of lower levels are not met.
+    const MepStack* stack;  ///< Null without MEPs.
   };
 
   Verdict Pass(Time now, const Passage& passage);

@@ -23,15 +23,6 @@ std::optional<std::uint8_t> InTlv(std::uint8_t status, std::uint8_t max) {
   return status;
 }
 
-bool IsSame(const LocalMepStatus& a, const LocalMepStatus& b) {
-  const auto fields = [](const LocalMepStatus& s) {
-    return std::tie(s.mac, s.highest_defect_priority, s.interface_status, s.port_status, s.blocked,
-                    s.shut_down, s.rdi, s.defect_rdi, s.defect_mac_status, s.defect_remote_ccm,
-                    s.defect_error_ccm, s.defect_xcon_ccm, s.defect_ais);
-  };
-  return fields(a) == fields(b);
-}
-
 }  // namespace
 
 LocalMep::LocalMep(Context& context, MepSettings settings)
@@ -265,7 +256,7 @@ void LocalMep::Reevaluate(Time now) {
   ais_sender_.Update(now, settings_.ais.enabled && signal_fails, AisPeriod(settings_.ais.period));
 
   const LocalMepStatus status = MakeStatus(defects);
-  if (IsSame(status, status_)) return;
+  if (status == status_) return;
   if (running_ && status.rdi != status_.rdi) ccm_sender_.SetRdi(status.rdi);
   status_ = status;
   context_.notifications.OnLocalMepChanged(settings_.key);

@@ -28,6 +28,7 @@ class LocalMep {
   LocalMep(Context& context, MepSettings settings);
   LocalMep(const LocalMep&) = delete;
   LocalMep& operator=(const LocalMep&) = delete;
+  ~LocalMep() = default;
 
   /** @name Configuration
    * @{ */

@@ -55,7 +55,7 @@ AlarmSettings Alarms(const Mep& mep) {
 AisSettings ResolveAis(const Ais& configured, std::uint8_t level, ServiceTags own) {
   AisSettings ais;
   const std::uint32_t client = configured.octet_a == 0 ? level + 1U : configured.octet_a;
-  ais.enabled = configured.enabled && client <= pdu::kMaxLevel;
+  ais.enabled = configured.enabled && client > level && client <= pdu::kMaxLevel;
   ais.level = static_cast<std::uint8_t>(client & pdu::kMaxLevel);
   ais.period = configured.word_b == pdu::kAisOneMinute ? pdu::kAisOneMinute : pdu::kAisOneSecond;
   ais.priority = static_cast<std::uint8_t>(configured.octet_c & 7U);

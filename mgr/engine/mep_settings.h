@@ -37,10 +37,10 @@ struct AlarmSettings {
 enum class SenderIdPermission : std::int32_t { None = 1, Chassis = 2, Manage = 3, Both = 4 };
 
 /**
- * Alarm indication. The association's octet A is the level, 0 for the level above its own; word B
- * the code of the period, any other than those of 1 s and 1 min for 1 s; the id set the VIDs, none
- * for the MEP's own; octet C the priority; flag D whether AIS received keeps lost CCMs from raising
- * alarms.
+ * Alarm indication. The association's octet A is the level, which has to be above its own, or 0
+ * for the next one; word B is the code of the period, where all but that of 1 min stand for 1 s;
+ * the id set are the VIDs, none for the MEP's own; octet C is the priority; flag D tells whether
+ * AIS received keeps lost CCMs from raising alarms.
  */
 struct AisSettings {
   bool enabled = false;

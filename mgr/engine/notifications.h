@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "engine/frame.h"
@@ -32,6 +33,15 @@ struct LocalMepStatus {
   bool defect_xcon_ccm = false;
   bool defect_ais = false;
 };
+
+inline bool operator==(const LocalMepStatus& a, const LocalMepStatus& b) {
+  const auto fields = [](const LocalMepStatus& s) {
+    return std::tie(s.mac, s.highest_defect_priority, s.interface_status, s.port_status, s.blocked,
+                    s.shut_down, s.rdi, s.defect_rdi, s.defect_mac_status, s.defect_remote_ccm,
+                    s.defect_error_ccm, s.defect_xcon_ccm, s.defect_ais);
+  };
+  return fields(a) == fields(b);
+}
 
 /** Status of a remote MEP as one local MEP sees it. */
 struct RemoteMepStatus {

@@ -26,6 +26,7 @@ class TimerQueue {
   TimerQueue() = default;
   TimerQueue(const TimerQueue&) = delete;
   TimerQueue& operator=(const TimerQueue&) = delete;
+  ~TimerQueue() = default;
 
   /** The earliest deadline; none when no timer is armed. */
   std::optional<Time> Next();

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "pdu/ais.h"
 #include "samples.h"
 #include "virtual_network.h"
 
@@ -8,6 +9,30 @@ namespace cfm_mgr::engine {
 namespace {
 
 using testing::IsEmpty;
+
+/** CCMs of the right association that a MEP of it must not send. */
+std::vector<pdu::Ccm> WrongCcms() {
+  pdu::Ccm own = SampleCcm();
+  own.mep_id = 1;
+  pdu::Ccm unlisted = SampleCcm();
+  unlisted.mep_id = 3;
+  pdu::Ccm other_interval = SampleCcm();
+  other_interval.interval = 3;
+  return {own, unlisted, other_interval};
+}
+
+/** CCMs that have come from elsewhere. */
+std::vector<pdu::Ccm> ForeignCcms() {
+  pdu::Ccm other_name = SampleCcm();
+  other_name.maid = *pdu::EncodeMaid(4, "D1", 2, "A2");
+  pdu::Ccm other_format = SampleCcm();
+  other_format.maid = *pdu::EncodeMaid(2, "D1", 2, "A1");
+  pdu::Ccm lower = SampleCcm();
+  lower.level = 2;
+  pdu::Ccm lowest = other_name;
+  lowest.level = 0;
+  return {other_name, other_format, lower, lowest};
+}
 
 /** MEP 1 of a bridge, which sees the frames that a test gives it. */
 class DefectsTest : public testing::Test {
@@ -105,7 +130,7 @@ TEST_F(DefectsTest, RdiIsSeenButNotReturned) {
 struct Report {
   std::optional<std::uint8_t> interface_status;
   std::optional<std::uint8_t> port_status;
-  bool defect;
+  bool defect = false;
 };
 
 TEST_F(DefectsTest, MacStatusFollowsTheStatusTlvs) {
@@ -147,6 +172,24 @@ TEST_F(DefectsTest, MacStatusNeedsAllPortsBlockedButOneInterfaceDown) {
   EXPECT_TRUE(Status().defect_mac_status);
 }
 
+TEST_F(DefectsTest, MacStatusNeedsARemoteMep) {
+  association_.settings.mep_ids = {1};
+  Configure(SampleMep());
+  EXPECT_FALSE(Status().defect_mac_status);
+}
+
+TEST_F(DefectsTest, EndWhenTheMepIsMadeInactiveAndDoNotComeBackWithIt) {
+  Receive(WrongCcms()[0]);
+  Receive(ForeignCcms()[0]);
+  bridge_.Receive(1, Side::Wire, TaggedFrame({100}, pdu::Encode(pdu::Ais{3, pdu::kAisOneSecond})));
+  EXPECT_TRUE(Status().defect_error_ccm && Status().defect_xcon_ccm && Status().defect_ais);
+  Mep inactive = SampleMep();
+  inactive.admin_state = false;
+  Configure(inactive);
+  Configure(SampleMep());
+  EXPECT_FALSE(Status().defect_error_ccm || Status().defect_xcon_ccm || Status().defect_ais);
+}
+
 TEST_F(DefectsTest, MacStatusGoesWhenTheRemoteMepIsLost) {
   pdu::Ccm ccm = SampleCcm();
   ccm.interface_status = 2;
@@ -154,17 +197,6 @@ TEST_F(DefectsTest, MacStatusGoesWhenTheRemoteMepIsLost) {
   network_.Run(milliseconds(3500));
   EXPECT_FALSE(Status().defect_mac_status);
   EXPECT_TRUE(Status().defect_remote_ccm);
-}
-
-/** CCMs of the right association that a MEP of it must not send. */
-std::vector<pdu::Ccm> WrongCcms() {
-  pdu::Ccm own = SampleCcm();
-  own.mep_id = 1;
-  pdu::Ccm unlisted = SampleCcm();
-  unlisted.mep_id = 3;
-  pdu::Ccm other_interval = SampleCcm();
-  other_interval.interval = 3;
-  return {own, unlisted, other_interval};
 }
 
 TEST_F(DefectsTest, ErrorCcmComesFromOwnOrUnlistedMepsAndOtherIntervals) {
@@ -210,19 +242,6 @@ TEST_F(DefectsTest, ErrorCcmIsNotCutShortByAFasterFaultyCcm) {
   EXPECT_TRUE(Status().defect_error_ccm);
   network_.Run(milliseconds(1));
   EXPECT_FALSE(Status().defect_error_ccm);
-}
-
-/** CCMs that have come from elsewhere. */
-std::vector<pdu::Ccm> ForeignCcms() {
-  pdu::Ccm other_name = SampleCcm();
-  other_name.maid = *pdu::EncodeMaid(4, "D1", 2, "A2");
-  pdu::Ccm other_format = SampleCcm();
-  other_format.maid = *pdu::EncodeMaid(2, "D1", 2, "A1");
-  pdu::Ccm lower = SampleCcm();
-  lower.level = 2;
-  pdu::Ccm lowest = other_name;
-  lowest.level = 0;
-  return {other_name, other_format, lower, lowest};
 }
 
 TEST_F(DefectsTest, XconCcmComesFromOtherAssociationsAndLowerLevels) {

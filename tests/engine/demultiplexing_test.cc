@@ -63,8 +63,8 @@ TEST_F(Demultiplexing, PassesEverythingWhereThereIsNoMep) {
 }
 
 TEST_F(Demultiplexing, GivesEachMepItsOwnLevelFromTheSideItFaces) {
-  AddMep(2);
   AddMep(5);
+  AddMep(2);
   AddMep(4, kUp);
   EXPECT_EQ(Verdict::Stop, FromWire(CcmFor(2)));
   EXPECT_TRUE(SeesRemote(2));
@@ -88,8 +88,8 @@ TEST_F(Demultiplexing, PassesLevelsAboveAllMepsBothWays) {
 }
 
 TEST_F(Demultiplexing, DropsLowerLevelsAtTheNearestMepWhichSeesACrossConnection) {
-  AddMep(3);
   AddMep(5);
+  AddMep(3);
   EXPECT_EQ(Verdict::Stop, FromWire(CcmFor(4)));
   EXPECT_TRUE(SeesXcon(5));
   EXPECT_FALSE(SeesXcon(3));

@@ -109,10 +109,15 @@ TEST(MepSettings, ReadTheAisSettingsAsThisServerMeansThem) {
   EXPECT_TRUE(ais.suppresses_loss);
 }
 
-TEST(MepSettings, HaveNobodyToSendAisToAboveTheHighestLevel) {
+TEST(MepSettings, SendAisToHigherLevelsOnly) {
   Association association = WithMep(SampleAssociation(), 1, SampleMep());
   association.settings.ais.enabled = true;
-  EXPECT_FALSE(Resolve(association, SampleDomain(7)).ais.enabled);
+  EXPECT_FALSE(Resolve(association, SampleDomain(7)).ais.enabled) << "there is none";
+  association.settings.ais.octet_a = 3;
+  EXPECT_TRUE(Resolve(association, SampleDomain(2)).ais.enabled);
+  EXPECT_FALSE(Resolve(association, SampleDomain(3)).ais.enabled);
+  association.settings.ais.octet_a = 8;
+  EXPECT_FALSE(Resolve(association, SampleDomain(3)).ais.enabled) << "there is no such level";
 }
 
 TEST(MepSettings, HaveNoMaidForNamesThatDoNotFit) {
