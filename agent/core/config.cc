@@ -1,8 +1,5 @@
 #include "core/config.h"
 
-#include <algorithm>
-#include <tuple>
-
 #include "core/hierarchy_reader.h"
 #include "core/probe_reader.h"
 #include "core/text.h"
@@ -33,12 +30,6 @@ constexpr std::array kFields = {
                 file.probes = ReadProbes(value, file.hierarchy);
               }},
 };
-
-void SortByPlace(Mistakes& mistakes) {
-  std::stable_sort(mistakes.begin(), mistakes.end(), [](const Mistake& a, const Mistake& b) {
-    return std::tie(a.mark.line, a.mark.column) < std::tie(b.mark.line, b.mark.column);
-  });
-}
 
 }  // namespace
 

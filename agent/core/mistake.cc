@@ -1,6 +1,15 @@
 #include "core/mistake.h"
 
+#include <algorithm>
+#include <tuple>
+
 namespace cfm_agent {
+
+void SortByPlace(Mistakes& mistakes) {
+  std::stable_sort(mistakes.begin(), mistakes.end(), [](const Mistake& a, const Mistake& b) {
+    return std::tie(a.mark.line, a.mark.column) < std::tie(b.mark.line, b.mark.column);
+  });
+}
 
 std::string Describe(std::string_view file, const Mistake& mistake) {
   std::string out(file);

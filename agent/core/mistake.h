@@ -22,6 +22,9 @@ struct Mistake {
 
 using Mistakes = std::vector<Mistake>;
 
+// Into the order of the file.
+void SortByPlace(Mistakes& mistakes);
+
 // "agent.yaml:14:9: domains[0].level: 9 is out of range; use a whole number from 0 to 7"
 std::string Describe(std::string_view file, const Mistake& mistake);
 
