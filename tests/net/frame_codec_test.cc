@@ -41,7 +41,8 @@ Frame FrameWith(std::vector<VlanTag> tags) {
 
 Octets Encoded(const Frame& frame) {
   Octets out;
-  EXPECT_EQ(EncodeFrame(frame, out), out.size());
+  const std::size_t size = EncodeFrame(frame, out);
+  EXPECT_EQ(size, out.size());
   return out;
 }
 
