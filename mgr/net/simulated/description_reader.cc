@@ -53,10 +53,13 @@ constexpr std::array kFields = {
               }},
 };
 
-// Looks at the name once all bridges are known.
+// Looks at the name when all bridges could be read.
 void CheckLocal(const Value& file, const NetworkDescription& network) {
   const auto value = file.Member("local");
-  if (value && !network.local.empty() && FindNamed(network.bridges, network.local) == nullptr) {
+  const auto bridges = file.Member("bridges");
+  const bool are_known = bridges && bridges->Size() == network.bridges.size();
+  if (value && are_known && !network.local.empty() &&
+      FindNamed(network.bridges, network.local) == nullptr) {
     value->Wrong(value->Shown() + " is no bridge; use " + NamesOf(network.bridges));
   }
 }
