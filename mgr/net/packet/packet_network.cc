@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "pdu/header.h"
+
 namespace cfm_mgr::net {
 namespace {
 
@@ -38,6 +40,10 @@ void Control(int epoll, int operation, int descriptor, std::uint32_t events, std
   event.events = events;
   event.data.u64 = mark;
   if (epoll_ctl(epoll, operation, descriptor, &event) != 0) ThrowErrno("cannot watch a socket");
+}
+
+bool IsDelayMessage(const engine::Frame& frame) {
+  return frame.pdu[1] == static_cast<std::uint8_t>(pdu::Opcode::Dmm);
 }
 
 engine::PortInfo ToPortInfo(const LinkState& link) {
@@ -146,16 +152,23 @@ void PacketNetwork::ReceiveAll() {
 }
 
 // Frames count at the time when the kernel took them in, so that a process that was held up takes
-// no remote endpoint for lost whose CCMs came in time.
+// no remote endpoint for lost whose CCMs came in time. Only what is asked how long it takes to
+// answer is told the true time.
 void PacketNetwork::RunUntil(engine::Time now) {
+  std::vector<ReceivedFrame> timed;
   while (!received_.empty() && received_.front().at <= now) {
-    const ReceivedFrame received = std::move(received_.front());
+    ReceivedFrame received = std::move(received_.front());
     received_.pop_front();
-    RunEngine(std::max(received.at, now_));
-    TakeFrame(received);
-    RelayOwnFrames();
+    received.frame.received = received.at;
+    if (IsDelayMessage(received.frame)) {
+      timed.push_back(std::move(received));
+    } else {
+      RunEngine(std::max(received.at, now_));
+      TakeFrame(received);
+    }
   }
   RunEngine(now);
+  for (const ReceivedFrame& received : timed) TakeFrame(received);
 }
 
 void PacketNetwork::RunEngine(engine::Time now) {
@@ -166,12 +179,14 @@ void PacketNetwork::RunEngine(engine::Time now) {
 }
 
 void PacketNetwork::TakeFrame(const ReceivedFrame& received) {
-  const auto verdict = engine_.Receive(now_, received.port, engine::Side::Wire, received.frame);
-  if (verdict == engine::Verdict::Stop) return;
-  // The kernel's relay takes it there, whatever the MPs say.
-  for (const engine::PortId egress : EgressOf(received.port, received.frame)) {
-    engine_.Receive(now_, egress, engine::Side::Relay, received.frame);
+  const auto& [at, port, frame] = received;
+  if (engine_.Receive(now_, port, engine::Side::Wire, frame) == engine::Verdict::Pass) {
+    // The kernel's relay takes it there, whatever the MPs say.
+    for (const engine::PortId egress : EgressOf(port, frame)) {
+      engine_.Receive(now_, egress, engine::Side::Relay, frame);
+    }
   }
+  RelayOwnFrames();
 }
 
 void PacketNetwork::Transmit(engine::PortId port, engine::Side side, const engine::Frame& frame) {
