@@ -24,11 +24,11 @@ bool Write(const char* path, const std::string& text) {
   return static_cast<bool>(file << text << std::flush);
 }
 
+}  // namespace
+
 bool Runs(const std::string& command) {
   return std::system(("{ " + command + "; } >/dev/null 2>&1").c_str()) == 0;
 }
-
-}  // namespace
 
 std::optional<std::string> EnterNamespace() {
   if (geteuid() == 0) {

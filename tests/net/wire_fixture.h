@@ -23,6 +23,9 @@ using Octets = std::vector<std::uint8_t>;
 /** Takes the thread into a network namespace of its own; why not, when it may not. */
 std::optional<std::string> EnterNamespace();
 
+/** Runs a command of the shell, in silence. Whether it succeeds. */
+bool Runs(const std::string& command);
+
 /** Runs a command of ip(8): "link set v0 up". Fails the test when that fails. */
 void Ip(const std::string& command);
 
