@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
 #include <stdexcept>
 
 #include "net/frame_codec.h"
@@ -277,6 +278,48 @@ TEST_F(SimulatedNetworkTest, RepeatsItselfWithTheSameSeedOnly) {
   EXPECT_GT(first.first.size(), 300U);
   EXPECT_EQ(first, run(7));
   EXPECT_NE(first, run(8));
+}
+
+// A linktrace from bridge 1 to 4 over two bridges that have MIPs.
+TEST_F(SimulatedNetworkTest, ALinktraceFindsEveryBridgeOnTheWay) {
+  NetworkDescription description = WithFarMep(SampleLine(4, {milliseconds(5)}));
+  constexpr std::int32_t kMhfDefault = 2;
+  for (const std::size_t middle : {1U, 2U}) {
+    Domain& domain = description.bridges[middle].domains["D"];
+    domain.settings = SampleDomain();
+    domain.settings.mhf_creation = kMhfDefault;
+    domain.associations["A"] = SampleAssociation(2, kEast);
+    domain.associations["A"].meps.clear();
+  }
+  Start(description);
+  AddLocalMep();
+  RunFor(seconds(3));
+  engine::LinktraceRequest request;
+  request.mep = SampleMep(1);
+  request.remote_mep_id = 2;
+  ASSERT_FALSE(network_->engine().StartLinktrace(now_, request).error);
+  RunFor(seconds(10));
+  std::map<int, engine::Mac> sources;
+  for (const auto& reply : notifications_.linktrace_replies) sources[reply.ttl] = reply.source;
+  EXPECT_THAT(sources, ElementsAre(testing::Pair(61, (engine::Mac{0x02, 0, 0, 0, 4, 1})),
+                                   testing::Pair(62, (engine::Mac{0x02, 0, 0, 0, 3, 1})),
+                                   testing::Pair(63, (engine::Mac{0x02, 0, 0, 0, 2, 1}))));
+  EXPECT_EQ(notifications_.linktraces_ended, 1);
+}
+
+TEST_F(SimulatedNetworkTest, ADelayMeasurementFindsTheDelayOfTheLinks) {
+  Start(WithFarMep(SampleLine(4, {milliseconds(5)})));
+  AddLocalMep();
+  RunFor(seconds(3));
+  engine::DelayRequest request;
+  request.mep = SampleMep(1);
+  request.remote_mep_id = 2;
+  ASSERT_FALSE(network_->engine().StartDelayMeasurement(now_, request).error);
+  RunFor(seconds(10));
+  ASSERT_EQ(notifications_.delay_results.size(), 1U);
+  EXPECT_EQ(notifications_.delay_results[0].received, 10U);
+  EXPECT_EQ(notifications_.delay_results[0].delay.min, milliseconds(30));
+  EXPECT_EQ(notifications_.delay_results[0].delay.max, milliseconds(30));
 }
 
 TEST_F(SimulatedNetworkTest, RefusesNamesThatStandForNothing) {
