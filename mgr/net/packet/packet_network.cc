@@ -146,8 +146,12 @@ void PacketNetwork::ReceiveAll() {
     port->second.socket->Receive(batch_, kMaxFramesAtOnce, frames);
   }
   std::move(frames.begin(), frames.end(), std::back_inserter(received_));
-  std::stable_sort(received_.begin(), received_.end(),
-                   [](const ReceivedFrame& a, const ReceivedFrame& b) { return a.at < b.at; });
+  const auto is_earlier = [](const ReceivedFrame& a, const ReceivedFrame& b) {
+    return a.at < b.at;
+  };
+  if (!std::is_sorted(received_.begin(), received_.end(), is_earlier)) {
+    std::stable_sort(received_.begin(), received_.end(), is_earlier);
+  }
   if (links_changed) TakeLinks(monitor_.Update());
 }
 
