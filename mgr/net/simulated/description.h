@@ -72,8 +72,9 @@ struct LinkDescription {
 struct CrossConnection {
   PortName from;  ///< What leaves this port on the wire...
   PortName to;    ///< ...comes in by this one instead, in no time and never lost.
-  std::optional<std::uint16_t> vid;     ///< Only frames of this VLAN, 0 for untagged ones.
-  std::optional<std::uint16_t> to_vid;  ///< The VID that they come out with; the same if none.
+  std::optional<std::uint16_t> vid;  ///< Only frames of this VLAN, 0 for untagged ones.
+  std::optional<std::uint16_t>
+      to_vid;  ///< The VID that tagged ones come out with; the same if none.
 };
 
 struct NetworkDescription {
