@@ -3,10 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstdint>
-#include <limits>
 
 namespace cfm_mgr {
 namespace {
@@ -15,11 +12,14 @@ using Clock = std::chrono::steady_clock;
 
 const char* OrNull(const std::string& text) { return text.empty() ? nullptr : text.c_str(); }
 
-/** The time that is left, as poll(2) takes it. */
-int LeftUntil(Clock::time_point until) {
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now());
-  return static_cast<int>(
-      std::clamp<std::int64_t>(left.count(), 0, std::numeric_limits<int>::max()));
+/** The time that is left, as ppoll(2) takes it. */
+timespec LeftUntil(Clock::time_point until) {
+  const auto left = std::max(until - Clock::now(), Clock::duration::zero());
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+  timespec time{};
+  time.tv_sec = seconds.count();
+  time.tv_nsec = std::chrono::nanoseconds(left - seconds).count();
+  return time;
 }
 
 }  // namespace
@@ -46,13 +46,19 @@ void Register(const Handle& handle, const vorx_sig_descriptor& signal, vorx_sig_
   }
 }
 
-bool Wait(const Handle& handle, std::optional<Clock::time_point> until, int fd) {
-  int timeout = vorx_poll_timeout(handle.get());
-  if (until && (timeout < 0 || LeftUntil(*until) < timeout)) timeout = LeftUntil(*until);
-  std::array<pollfd, 2> waits{};
+bool Wait(const Handle& handle, std::optional<Clock::time_point> until, std::array<int, 2> fds) {
+  const int timeout = vorx_poll_timeout(handle.get());
+  if (timeout >= 0) {
+    const auto due = Clock::now() + std::chrono::milliseconds(timeout);
+    until = until ? std::min(*until, due) : due;
+  }
+  std::array<pollfd, 3> waits{};
   waits[0] = {vorx_fd(handle.get()), static_cast<short>(vorx_poll_events(handle.get())), 0};
-  waits[1] = {fd, POLLIN, 0};
-  return poll(waits.data(), waits.size(), timeout) > 0 || vorx_poll_timeout(handle.get()) == 0;
+  waits[1] = {fds[0], POLLIN, 0};
+  waits[2] = {fds[1], POLLIN, 0};
+  const timespec left = until ? LeftUntil(*until) : timespec{};
+  return ppoll(waits.data(), waits.size(), until ? &left : nullptr, nullptr) > 0 ||
+         vorx_poll_timeout(handle.get()) == 0;
 }
 
 void Dispatch(const Handle& handle) {

@@ -3,6 +3,7 @@
 
 #include <vorx/host.h>
 
+#include <array>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -44,11 +45,11 @@ void Register(const Handle& handle, const vorx_sig_descriptor& signal, vorx_sig_
  * Waits until the handle has work.
  *
  * @param until  when to stop waiting; nothing waits for ever
- * @param fd     another thing to wait for: until it is readable. -1 for none
- * @return whether the handle or the other thing is ready
+ * @param fds    other things to wait for: until one is readable. -1 is none
+ * @return whether the handle or another thing is ready
  */
 bool Wait(const Handle& handle, std::optional<std::chrono::steady_clock::time_point> until,
-          int fd = -1);
+          std::array<int, 2> fds = {-1, -1});
 
 /** Delivers what is ready. @throws Failure when the bus has gone away */
 void Dispatch(const Handle& handle);

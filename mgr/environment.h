@@ -3,18 +3,11 @@
 
 #include <vorx/vorx.h>
 
-#include <array>
-#include <cstdint>
 #include <string>
 
-namespace cfm_mgr {
+#include "engine/time.h"
 
-/** A network interface as the kernel reports it. */
-struct Interface {
-  bool present = false;
-  bool up = false;  ///< Up and running.
-  std::array<std::uint8_t, 6> mac{};
-};
+namespace cfm_mgr {
 
 /** What the server asks of the process that it runs in. */
 class Environment {
@@ -34,8 +27,8 @@ class Environment {
   /** Writes one line to the log. */
   virtual void Log(const std::string& line) = 0;
 
-  /** The interface of this index; one that is not present if there is none. */
-  virtual Interface FindInterface(std::uint32_t ifindex) = 0;
+  /** The present, as nanoseconds of uptime. */
+  virtual engine::Time Now() = 0;
 };
 
 }  // namespace cfm_mgr

@@ -1,11 +1,11 @@
 #ifndef CFM_MGR_HOST_ENVIRONMENT_H
 #define CFM_MGR_HOST_ENVIRONMENT_H
 
+#include <chrono>
 #include <string>
 
 #include "bus.h"
 #include "environment.h"
-#include "interfaces.h"
 #include "logger.h"
 
 namespace cfm_mgr {
@@ -20,12 +20,11 @@ class HostEnvironment : public Environment {
                    const std::string& payload) override;
   void Publish(const vorx_event_descriptor& event, const std::string& payload) override;
   void Log(const std::string& line) override { logger_.Write(line); }
-  Interface FindInterface(std::uint32_t ifindex) override { return interfaces_.Find(ifindex); }
+  engine::Time Now() override { return std::chrono::steady_clock::now().time_since_epoch(); }
 
  private:
   const Handle& handle_;
   const Logger& logger_;
-  KernelInterfaces interfaces_;
   int last_fault_ = 0;  ///< So that a bus that takes no more events is reported once.
 };
 

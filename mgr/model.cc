@@ -17,6 +17,17 @@ const Mep* FindMep(const Tree& tree, const MepKey& key) {
   return mep == association->meps.end() ? nullptr : &mep->second;
 }
 
+std::vector<std::uint32_t> RemotesOf(const Association& association, std::uint32_t mep_id) {
+  const std::uint32_t ifindex = association.meps.at(mep_id).ifindex;
+  std::vector<std::uint32_t> remotes;
+  for (const std::uint32_t other : association.settings.mep_ids) {
+    const auto local = association.meps.find(other);
+    const bool is_remote = local == association.meps.end() || local->second.ifindex != ifindex;
+    if (other != mep_id && is_remote) remotes.push_back(other);
+  }
+  return remotes;
+}
+
 TreeSize SizeOf(const Tree& tree) {
   TreeSize size;
   size.domains = tree.domains.size();

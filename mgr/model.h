@@ -130,6 +130,12 @@ const Association* FindAssociation(const Tree& tree, const MaKey& key);
 /** The endpoint of this name, or null. */
 const Mep* FindMep(const Tree& tree, const MepKey& key);
 
+/**
+ * The remote MEPs of a local MEP, ascending: the other identifiers of the association's MEP list,
+ * but for local MEPs on the same interface, which never meet each other's frames.
+ */
+std::vector<std::uint32_t> RemotesOf(const Association& association, std::uint32_t mep_id);
+
 /** How much a tree holds. */
 struct TreeSize {
   std::size_t domains = 0;

@@ -44,4 +44,9 @@ void Naming::AddId(const char* label, const char* field, bool present, std::uint
            present ? FaultOf(Field{field, min, max}, id) : std::string(field) + " is missing");
 }
 
+std::string Subject(const MepKey& mep) {
+  return "md " + Quote(mep.ma.md_name) + " ma " + Quote(mep.ma.ma_name) + " mep " +
+         std::to_string(mep.mep_id);
+}
+
 }  // namespace cfm_mgr

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "fields.h"
+#include "model.h"
 
 namespace cfm_mgr {
 
@@ -34,6 +35,9 @@ struct Naming {
   void AddId(const char* label, const char* field, bool present, std::uint32_t id,
              std::uint32_t min, std::uint32_t max);
 };
+
+/** An endpoint as the log calls it: `md "D1" ma "A1" mep 10`. */
+std::string Subject(const MepKey& mep);
 
 /** @name Whom a message names
  * For any message that has the fields.

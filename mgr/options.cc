@@ -8,7 +8,8 @@ namespace cfm_mgr {
 Options ParseOptions(int argc, char** argv) {
   Options options;
   CLI::App app(
-      "CFM Manager: keeps the CFM configuration that clients send.\n"
+      "CFM Manager: runs the CFM configuration that clients send.\n"
+      "Without --network or --wire it keeps it, and sends and receives no frames.\n"
       "SIGUSR1 prints it on standard output, SIGTERM, SIGINT and SIGHUP end the server.");
   app.set_version_flag("--version", CFM_MGR_VERSION);
   app.add_option(
@@ -24,6 +25,18 @@ Options ParseOptions(int argc, char** argv) {
                     ->check([](const std::string& path) {
                       return path.empty() ? std::string("names no file") : std::string();
                     });
+  auto* network = app.add_option("--network", options.network,
+                                 "Run in the simulated network that this file describes")
+                      ->type_name("FILE")
+                      ->check(CLI::ExistingFile);
+  auto* wire = app.add_flag("--wire", options.wire,
+                            "Run on the interfaces of this machine; takes CAP_NET_RAW")
+                   ->excludes(network);
+  app.add_option("--interface", options.interfaces,
+                 "Use this interface on the wire; may be given several times; otherwise all")
+      ->type_name("NAME")
+      ->allow_extra_args(false)
+      ->needs(wire);
   auto* query = app.add_flag("--query", options.query,
                              "Print the configuration of the server that runs, and exit");
   app.add_option("--timeout", options.timeout, "How long a query waits for the server")
@@ -31,7 +44,7 @@ Options ParseOptions(int argc, char** argv) {
       ->check(CLI::PositiveNumber)
       ->capture_default_str()
       ->needs(query);
-  store->excludes(query);
+  for (auto* other : {store, network, wire}) other->excludes(query);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -2,16 +2,20 @@
 #define CFM_MGR_OPTIONS_H
 
 #include <string>
+#include <vector>
 
 namespace cfm_mgr {
 
 /** What the command line asks for. Empty texts are not given. */
 struct Options {
-  std::string bus;         ///< Address of the message bus.
-  std::string log_config;  ///< zlog configuration to log through.
-  std::string store;       ///< File to keep the store in.
-  bool query = false;      ///< Print the tree of the server that runs, instead of serving.
-  double timeout = 5;      ///< Seconds that a query waits.
+  std::string bus;                      ///< Address of the message bus.
+  std::string log_config;               ///< zlog configuration to log through.
+  std::string store;                    ///< File to keep the store in.
+  std::string network;                  ///< Description of the network to simulate.
+  bool wire = false;                    ///< Send and receive on this machine's interfaces.
+  std::vector<std::string> interfaces;  ///< Those to use on the wire; all if there are none.
+  bool query = false;  ///< Print the tree of the server that runs, instead of serving.
+  double timeout = 5;  ///< Seconds that a query waits.
 };
 
 /**

@@ -3,14 +3,22 @@
 #include <cfm/identifiers.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <iostream>
 #include <limits>
+#include <memory>
 #include <optional>
+#include <random>
 #include <string>
+#include <utility>
 
+#include "net/isolated_network.h"
+#include "net/packet/packet_network.h"
+#include "net/simulated/description_reader.h"
+#include "net/simulated/simulated_network.h"
 #include "render.h"
 
 namespace cfm_mgr {
@@ -31,6 +39,32 @@ Logger OpenLog(const Handle& handle, const Options& options) {
   return Logger(category);
 }
 
+/** All that is random in the protocol. */
+std::uint64_t Seed() {
+  std::random_device random;
+  return (std::uint64_t{random()} << 32U) | random();
+}
+
+std::unique_ptr<net::Network> MakeNetwork(const Options& options, const Logger& logger,
+                                          engine::Notifications& notifications, engine::Time now) {
+  if (options.wire) {
+    net::PacketNetworkOptions packet;
+    packet.interfaces = {options.interfaces.begin(), options.interfaces.end()};
+    packet.log = [&logger](const std::string& line) { logger.Write(line); };
+    return std::make_unique<net::PacketNetwork>(std::move(packet), notifications, Seed());
+  }
+  if (!options.network.empty()) {
+    return std::make_unique<net::SimulatedNetwork>(net::LoadDescription(options.network),
+                                                   notifications, Seed(), now);
+  }
+  return std::make_unique<net::IsolatedNetwork>(notifications, Seed(), now);
+}
+
+const char* Describe(const Options& options) {
+  if (options.wire) return "on the wire";
+  return options.network.empty() ? "without a network" : "in a simulated network";
+}
+
 }  // namespace
 
 Process::Process(const Options& options)
@@ -38,14 +72,17 @@ Process::Process(const Options& options)
       logger_(OpenLog(handle_, options)),
       environment_(handle_, logger_),
       keeper_(options.store, logger_),
-      server_(keeper_.Load(), environment_) {
+      server_(keeper_.Load(), environment_, [&](engine::Notifications& notifications) {
+        return MakeNetwork(options, logger_, notifications, environment_.Now());
+      }) {
   for (const Server::Request& request : Server::Requests()) {
     entries_.push_back({this, &request});
     Register(handle_, *request.signal, Receive, &entries_.back());
   }
   RegisterUnknown();
   logger_.Write("serving as " + std::string(CFM_MGR_PROCESS) + ", process " +
-                std::to_string(vorx_self(handle_.get())) + ": " + RenderSize(server_.tree()));
+                std::to_string(vorx_self(handle_.get())) + " " + Describe(options) + ": " +
+                RenderSize(server_.tree()));
 }
 
 void Process::RegisterUnknown() {
@@ -96,13 +133,23 @@ bool Process::HandleSignals() const {
 }
 
 void Process::Turn() {
+  server_.Run();
+  // What changes by itself is reported as what requests change.
+  if (!round_.due() && server_.HasNews()) round_.Request(Clock::now());
   if (round_.IsOver(Clock::now())) {
     server_.EndRound();
     round_.End();
   }
   keeper_.SaveIfDue(server_.tree());
-  Wait(handle_, Sooner(round_.due(), keeper_.due()), signals_.fd());
+  Wait(handle_, NextWork(), {signals_.fd(), server_.Descriptor()});
   Dispatch(handle_);
+}
+
+std::optional<Clock::time_point> Process::NextWork() const {
+  std::optional<Clock::time_point> work = Sooner(round_.due(), keeper_.due());
+  if (const auto deadline = server_.NextDeadline())
+    work = Sooner(work, Clock::time_point(*deadline));
+  return work;
 }
 
 void Process::Finish() {

@@ -58,8 +58,11 @@ class Process {
   /** Does what the signals to this process ask for; false when it is to end. */
   bool HandleSignals() const;
 
-  /** Reports and saves what is due, waits for what comes, and delivers it. */
+  /** Runs the protocol, reports and saves what is due, waits for what comes, and delivers it. */
   void Turn();
+
+  /** When to work next even if nothing comes; none if never. */
+  std::optional<SaveSchedule::Clock::time_point> NextWork() const;
 
   void Finish();
 

@@ -22,8 +22,9 @@ std::vector<std::uint32_t> Difference(const std::vector<std::uint32_t>& from,
 
 }  // namespace
 
-Reporter::Reporter(const Tree& tree, Environment& environment)
-    : tree_(tree), environment_(environment) {
+Reporter::Reporter(const Tree& tree, const engine::Engine& engine, EngineEvents& events,
+                   Environment& environment)
+    : tree_(tree), engine_(engine), events_(events), environment_(environment) {
   ForEachAssociation(tree_, [this](const std::string& md_name, const std::string& ma_name,
                                    const Association& association) {
     reported_[{md_name, ma_name}] = ViewOf(association);
@@ -41,16 +42,15 @@ const Reporter::View& Reporter::Report(const MaKey& key, const Association& asso
                                        const IsNew& is_new) {
   View& reported = reported_[key];
   View now = ViewOf(association);
-  const std::vector<std::uint32_t> gone = Difference(reported.remotes, now.remotes);
-  const std::vector<std::uint32_t> added = Difference(now.remotes, reported.remotes);
-  for (const auto& [mep_id, mep] : association.meps) {
-    const MepKey mep_key{key, mep_id};
-    if (reported.locals.count(mep_id) != 0) PublishRemotesRemoved(mep_key, gone);
+  for (const auto& [mep_id, remotes] : now) {
+    const MepKey mep{key, mep_id};
+    const std::vector<std::uint32_t> before = std::exchange(reported[mep_id], {});
+    PublishRemotesRemoved(mep, Difference(before, remotes));
     if (is_new(mep_id)) {
-      PublishLocal(mep_key, mep);
-      PublishRemotes(mep_key, mep, now.remotes);
+      PublishLocal(mep);
+      PublishRemotes(mep, remotes);
     } else {
-      PublishRemotes(mep_key, mep, added);
+      PublishRemotes(mep, Difference(remotes, before));
     }
   }
   reported = std::move(now);
@@ -58,6 +58,7 @@ const Reporter::View& Reporter::Report(const MaKey& key, const Association& asso
 }
 
 void Reporter::Flush() {
+  changes_ = events_.TakeChanges();
   for (const auto& [key, reset_meps] : std::exchange(touched_, {})) {
     if (const Association* association = FindAssociation(tree_, key)) {
       Report(key, *association,
@@ -66,54 +67,66 @@ void Reporter::Flush() {
       reported_.erase(key);
     }
   }
-  interfaces_.clear();
+  PublishChanges();
 }
 
 Reporter::Published Reporter::PublishAll() {
   for (const auto& entry : std::exchange(touched_, {})) {
     if (FindAssociation(tree_, entry.first) == nullptr) reported_.erase(entry.first);
   }
+  changes_ = events_.TakeChanges();
   Published published;
   ForEachAssociation(tree_, [this, &published](const std::string& md_name,
                                                const std::string& ma_name,
                                                const Association& association) {
     const View& view = Report({md_name, ma_name}, association, [](std::uint32_t) { return true; });
-    published.local += view.locals.size();
-    published.remote += view.locals.size() * view.remotes.size();
+    published.local += view.size();
+    for (const auto& entry : view) published.remote += entry.second.size();
   });
-  interfaces_.clear();
+  changes_ = {};
   return published;
 }
 
 Reporter::View Reporter::ViewOf(const Association& association) {
   View view;
-  for (const auto& entry : association.meps) view.locals.insert(view.locals.end(), entry.first);
-  view.remotes = RemotesOf(association);
+  for (const auto& entry : association.meps) {
+    view[entry.first] = RemotesOf(association, entry.first);
+  }
   return view;
 }
 
 void Reporter::Remove(const MepKey& key) {
   const auto view = reported_.find(key.ma);
-  if (view != reported_.end() && view->second.locals.erase(key.mep_id) != 0) {
-    PublishRemotesRemoved(key, view->second.remotes);
+  if (view != reported_.end()) {
+    const auto local = view->second.find(key.mep_id);
+    if (local != view->second.end()) {
+      PublishRemotesRemoved(key, local->second);
+      view->second.erase(local);
+    }
   }
   environment_.Publish(*CFM_MGR_SRV_EVENT_REMOVED_LOCAL_MEP, LocalRemoved(key).SerializeAsString());
   touched_[key.ma];
 }
 
-void Reporter::PublishLocal(const MepKey& key, const Mep& mep) {
-  const auto [interface, missing] = interfaces_.try_emplace(mep.ifindex);
-  if (missing) interface->second = environment_.FindInterface(mep.ifindex);
+void Reporter::PublishLocal(const MepKey& key) {
+  changes_.locals.erase(key);
+  const auto status = engine_.LocalStatus(key);
+  if (!status) return;
   environment_.Publish(*CFM_MGR_SRV_EVENT_STATUS_LOCAL_MEP,
-                       LocalStatus(key, interface->second).SerializeAsString());
+                       LocalStatus(key, *status).SerializeAsString());
 }
 
-void Reporter::PublishRemotes(const MepKey& key, const Mep& mep,
-                              const std::vector<std::uint32_t>& remotes) {
-  for (const std::uint32_t remote : remotes) {
-    environment_.Publish(*CFM_MGR_SRV_EVENT_STATUS_REMOTE_MEP,
-                         RemoteStatus(key, mep, remote).SerializeAsString());
-  }
+void Reporter::PublishRemote(const MepKey& key, std::uint32_t remote) {
+  const auto changed = changes_.remotes.find(key);
+  if (changed != changes_.remotes.end()) changed->second.erase(remote);
+  const auto status = engine_.RemoteStatus(key, remote);
+  if (!status) return;
+  environment_.Publish(*CFM_MGR_SRV_EVENT_STATUS_REMOTE_MEP,
+                       RemoteStatus(key, remote, *status).SerializeAsString());
+}
+
+void Reporter::PublishRemotes(const MepKey& key, const std::vector<std::uint32_t>& remotes) {
+  for (const std::uint32_t remote : remotes) PublishRemote(key, remote);
 }
 
 void Reporter::PublishRemotesRemoved(const MepKey& key, const std::vector<std::uint32_t>& remotes) {
@@ -121,6 +134,26 @@ void Reporter::PublishRemotesRemoved(const MepKey& key, const std::vector<std::u
     environment_.Publish(*CFM_MGR_SRV_EVENT_REMOVED_REMOTE_MEP,
                          RemoteRemoved(key, remote).SerializeAsString());
   }
+}
+
+void Reporter::PublishChanges() {
+  const StatusChanges changes = std::exchange(changes_, {});
+  for (const MepKey& key : changes.locals) {
+    if (FindMep(tree_, key) != nullptr) PublishLocal(key);
+  }
+  for (const auto& [key, remotes] : changes.remotes) {
+    for (const std::uint32_t remote : remotes) {
+      if (IsReported(key, remote)) PublishRemote(key, remote);
+    }
+  }
+}
+
+bool Reporter::IsReported(const MepKey& key, std::uint32_t remote) const {
+  const auto view = reported_.find(key.ma);
+  if (view == reported_.end()) return false;
+  const auto local = view->second.find(key.mep_id);
+  return local != view->second.end() &&
+         std::binary_search(local->second.begin(), local->second.end(), remote);
 }
 
 }  // namespace cfm_mgr

@@ -2,9 +2,9 @@
  * @file
  * Publishes what becomes of endpoints.
  *
- * A removal is published when it happens. Everything new waits until Flush(), so that a burst of
- * requests which first adds an endpoint and then names its neighbours is reported once, as it
- * ended. A remote MEP is reported removed if it had been reported, or could have been by an
+ * A removal is published when it happens. Everything new or changed waits until Flush(), so that a
+ * burst of requests which first adds an endpoint and then names its neighbours is reported once, as
+ * it ended. A remote MEP is reported removed if it had been reported, or could have been by an
  * earlier run of the server.
  */
 #ifndef CFM_MGR_REPORTER_H
@@ -14,9 +14,10 @@
 #include <map>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
+#include "engine/engine.h"
+#include "engine_events.h"
 #include "environment.h"
 #include "model.h"
 #include "store.h"
@@ -25,8 +26,12 @@ namespace cfm_mgr {
 
 class Reporter {
  public:
-  /** Takes everything in the tree as reported by an earlier run. */
-  Reporter(const Tree& tree, Environment& environment);
+  /**
+   * Takes everything in the tree as reported by an earlier run. The engine is to have what is in
+   * the tree whenever something is published.
+   */
+  Reporter(const Tree& tree, const engine::Engine& engine, EngineEvents& events,
+           Environment& environment);
 
   /** Takes note of one request's outcome, and publishes what it removed. */
   void Note(const Outcome& outcome);
@@ -44,18 +49,19 @@ class Reporter {
   Published PublishAll();
 
  private:
-  /** What has been reported of an association: each of the remotes at each of the locals. */
-  struct View {
-    std::set<std::uint32_t> locals;
-    std::vector<std::uint32_t> remotes;
-  };
+  /** What has been reported of an association: its local MEPs, each with its remotes. */
+  using View = std::map<std::uint32_t, std::vector<std::uint32_t>>;
 
   static View ViewOf(const Association& association);
 
   void Remove(const MepKey& key);
-  void PublishLocal(const MepKey& key, const Mep& mep);
-  void PublishRemotes(const MepKey& key, const Mep& mep, const std::vector<std::uint32_t>& remotes);
+  void PublishLocal(const MepKey& key);
+  void PublishRemote(const MepKey& key, std::uint32_t remote);
+  void PublishRemotes(const MepKey& key, const std::vector<std::uint32_t>& remotes);
   void PublishRemotesRemoved(const MepKey& key, const std::vector<std::uint32_t>& remotes);
+  /** Publishes what changed by itself, of all that is reported. */
+  void PublishChanges();
+  bool IsReported(const MepKey& key, std::uint32_t remote) const;
 
   /**
    * Brings what has been reported of an association up to date: the remotes that are gone and those
@@ -65,12 +71,13 @@ class Reporter {
   const View& Report(const MaKey& key, const Association& association, const IsNew& is_new);
 
   const Tree& tree_;
+  const engine::Engine& engine_;
+  EngineEvents& events_;
   Environment& environment_;
   std::map<MaKey, View> reported_;
+  StatusChanges changes_;  ///< Those that Flush() has not published yet.
   /** The associations that Flush() is to look at, each with its endpoints of new settings. */
   std::map<MaKey, std::set<std::uint32_t>> touched_;
-  /** The interfaces looked up since the last Flush(). */
-  std::unordered_map<std::uint32_t, Interface> interfaces_;
 };
 
 }  // namespace cfm_mgr

@@ -3,7 +3,8 @@
 #include <cfm/client_server.pb.h>
 #include <cfm/identifiers.h>
 
-#include <algorithm>
+#include <array>
+#include <cstdio>
 #include <optional>
 #include <utility>
 
@@ -12,7 +13,7 @@
 #include "naming.h"
 #include "render.h"
 #include "reports.h"
-#include "trigger_error.h"
+#include "test_messages.h"
 
 namespace cfm_mgr {
 namespace {
@@ -54,13 +55,16 @@ Message& KeyOf(Message& message) {
 }
 
 template <class Key>
-TriggerError ErrorOf(const Tree& tree, const Key& key) {
-  const MaKey ma_key{key.md_name(), key.ma_name()};
-  if (FindMep(tree, {ma_key, key.mep_id()}) == nullptr) return TriggerError::UnknownMep;
-  const auto& mep_ids = FindAssociation(tree, ma_key)->settings.mep_ids;
-  const bool listed = std::binary_search(mep_ids.begin(), mep_ids.end(), key.remote_mep_id());
-  if (!listed || key.remote_mep_id() == key.mep_id()) return TriggerError::UnknownRemoteMep;
-  return TriggerError::NotSupported;
+std::string SubjectOfTest(const Key& key) {
+  return NameMep(key).subject + " remote mep " + std::to_string(key.remote_mep_id()) + " request " +
+         std::to_string(key.request_id());
+}
+
+std::string ShowMac(const engine::Mac& mac) {
+  std::array<char, 18> text{};
+  std::snprintf(text.data(), text.size(), "%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2],
+                mac[3], mac[4], mac[5]);
+  return text.data();
 }
 
 const char* Describe(TriggerError error) {
@@ -70,7 +74,15 @@ const char* Describe(TriggerError error) {
     case TriggerError::UnknownRemoteMep:
       return "the association's MEP list holds no such other endpoint";
     case TriggerError::NotSupported:
-      return "this server does not run tests yet";
+      return "this server does not run the test";
+    case TriggerError::UnknownAddress:
+      return "the remote endpoint's address is not known: no CCM of it has come in";
+    case TriggerError::NotActive:
+      return "the endpoint is not active, or its interface is not there";
+    case TriggerError::TooMany:
+      return "the endpoint runs as many tests as it can";
+    case TriggerError::BadParameter:
+      return "a parameter is out of its range";
   }
   return "unknown";
 }
@@ -93,9 +105,9 @@ const std::vector<Server::Request>& Server::Requests() {
       {CFM_MGR_C2S_SIG_STATS_GET, "statistics request", &Server::SendStatistics},
       {CFM_MGR_C2S_SIG_STATS_CLEAR, "statistics clear", &Server::ClearStatistics},
       {CFM_MGR_C2S_SIG_STATUS_GET_ALL, "status request", &Server::PublishStatus},
-      {CFM_MGR_C2S_SIG_LT_TRIGGER, "linktrace", &Server::RefuseLinktrace},
-      {CFM_MGR_C2S_SIG_LB_TRIGGER, "loopback", &Server::RefuseLoopback},
-      {CFM_MGR_C2S_SIG_DM_TRIGGER, "delay measurement", &Server::RefuseDelayMeasurement},
+      {CFM_MGR_C2S_SIG_LT_TRIGGER, "linktrace", &Server::StartLinktrace},
+      {CFM_MGR_C2S_SIG_LB_TRIGGER, "loopback", &Server::StartLoopback},
+      {CFM_MGR_C2S_SIG_DM_TRIGGER, "delay measurement", &Server::StartDelayMeasurement},
       {CFM_MGR_C2S_SIG_DM_PROBE_CREATE, "probe create",
        &Server::Configure<OpCreateDelayMeasurementProbe>},
       {CFM_MGR_C2S_SIG_DM_PROBE_DELETE, "probe delete",
@@ -108,8 +120,16 @@ const std::vector<Server::Request>& Server::Requests() {
   return kRequests;
 }
 
-Server::Server(Store store, Environment& environment)
-    : store_(std::move(store)), environment_(environment), reporter_(store_.tree(), environment) {}
+Server::Server(Store store, Environment& environment, const MakeNetwork& make_network)
+    : store_(std::move(store)),
+      environment_(environment),
+      events_(environment),
+      network_(make_network(events_)),
+      provisioner_(store_.tree(), network_->engine()),
+      reporter_(store_.tree(), network_->engine(), events_, environment) {
+  Settle();
+  events_.TakeChanges();
+}
 
 bool Server::Handle(const Request& request, vorx_pid_t client, std::string_view payload) {
   const Outcome outcome = (this->*request.run)(client, payload);
@@ -117,8 +137,23 @@ bool Server::Handle(const Request& request, vorx_pid_t client, std::string_view 
   if (!outcome.subject.empty()) line += outcome.subject + ": ";
   if (outcome.refused) line += "refused: ";
   environment_.Log(line + outcome.text);
+  provisioner_.Note(outcome);
   reporter_.Note(outcome);
   return outcome.changed;
+}
+
+engine::Time Server::Settle() {
+  const engine::Time now = environment_.Now();
+  network_->Advance(now);
+  provisioner_.Apply(now);
+  return now;
+}
+
+void Server::Run() { network_->Advance(environment_.Now()); }
+
+void Server::EndRound() {
+  if (provisioner_.pending()) Settle();
+  reporter_.Flush();
 }
 
 template <class Message>
@@ -133,19 +168,21 @@ Outcome Server::SendCache(vorx_pid_t client, std::string_view /*payload*/) {
 }
 
 Outcome Server::SendStatistics(vorx_pid_t client, std::string_view /*payload*/) {
-  const client_server::OpReplyAllStats statistics = Statistics(tree());
+  Settle();
+  const client_server::OpReplyAllStats statistics = Statistics(tree(), network_->engine());
   const auto local = static_cast<std::size_t>(statistics.local_mep_stats_size());
   const auto remote = static_cast<std::size_t>(statistics.remote_mep_stats_size());
   return Reply(client, *CFM_MGR_S2C_SIG_STATS_REPLY, statistics,
                "sent " + Plural(local, "endpoint") + ", " + Plural(remote, "remote endpoint"));
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): an entry of the table like the others
 Outcome Server::ClearStatistics(vorx_pid_t /*client*/, std::string_view payload) {
   const auto scope = Parse<client_server::OpStatsClear>(payload);
   if (!scope) return Unreadable<client_server::OpStatsClear>(payload);
-  // Counters are zero for as long as the server sends no CCMs: there is nothing to reset.
-  Outcome outcome = Accepted("cleared, covers " + Plural(CountCovered(tree(), *scope), "endpoint"));
+  Settle();
+  const std::vector<MepKey> covered = Covered(tree(), *scope);
+  for (const MepKey& mep : covered) network_->engine().ClearCounters(mep);
+  Outcome outcome = Accepted("cleared, covers " + Plural(covered.size(), "endpoint"));
   outcome.subject = std::string(scope->has_md_name() ? "md " + Quote(scope->md_name()) : "any md") +
                     (scope->has_ma_name() ? " ma " + Quote(scope->ma_name()) : " any ma") +
                     (scope->has_mep_id() ? " mep " + std::to_string(scope->mep_id()) : " any mep");
@@ -153,25 +190,36 @@ Outcome Server::ClearStatistics(vorx_pid_t /*client*/, std::string_view payload)
 }
 
 Outcome Server::PublishStatus(vorx_pid_t /*client*/, std::string_view /*payload*/) {
+  Settle();
   const Reporter::Published published = reporter_.PublishAll();
   return Accepted("published " + Plural(published.local, "endpoint") + ", " +
                   Plural(published.remote, "remote endpoint"));
 }
 
-Outcome Server::RefuseLinktrace(vorx_pid_t client, std::string_view payload) {
-  return RefuseTest<client_server::OpLinktraceTriggerError, client_server::OpLinktraceTriggerMsg>(
-      client, payload, *CFM_MGR_S2C_SIG_LT_TRIGGER_ERROR);
+Outcome Server::StartLinktrace(vorx_pid_t client, std::string_view payload) {
+  return StartTest<client_server::OpLinktraceTriggerMsg, client_server::OpLinktraceTriggerError>(
+      client, payload, *CFM_MGR_SRV_EVENT_LINKTRACE_STARTED, *CFM_MGR_S2C_SIG_LT_TRIGGER_ERROR,
+      [this](engine::Time now, const engine::LinktraceRequest& request) {
+        return network_->engine().StartLinktrace(now, request);
+      });
 }
 
-Outcome Server::RefuseLoopback(vorx_pid_t client, std::string_view payload) {
-  return RefuseTest<client_server::OpLoopbackTriggerError, client_server::OpLoopbackTriggerMsg>(
-      client, payload, *CFM_MGR_S2C_SIG_LB_TRIGGER_ERROR);
+Outcome Server::StartLoopback(vorx_pid_t client, std::string_view payload) {
+  return StartTest<client_server::OpLoopbackTriggerMsg, client_server::OpLoopbackTriggerError>(
+      client, payload, *CFM_MGR_SRV_EVENT_LOOPBACK_STARTED, *CFM_MGR_S2C_SIG_LB_TRIGGER_ERROR,
+      [this](engine::Time now, const engine::LoopbackRequest& request) {
+        return network_->engine().StartLoopback(now, request);
+      });
 }
 
-Outcome Server::RefuseDelayMeasurement(vorx_pid_t client, std::string_view payload) {
-  return RefuseTest<client_server::OpDelayMeasurementTriggerError,
-                    client_server::OpDelayMeasurementTriggerMsg>(client, payload,
-                                                                 *CFM_MGR_S2C_SIG_DM_TRIGGER_ERROR);
+Outcome Server::StartDelayMeasurement(vorx_pid_t client, std::string_view payload) {
+  return StartTest<client_server::OpDelayMeasurementTriggerMsg,
+                   client_server::OpDelayMeasurementTriggerError>(
+      client, payload, *CFM_MGR_SRV_EVENT_DELAY_MEASUREMENT_STARTED,
+      *CFM_MGR_S2C_SIG_DM_TRIGGER_ERROR,
+      [this](engine::Time now, const engine::DelayRequest& request) {
+        return network_->engine().StartDelayMeasurement(now, request);
+      });
 }
 
 template <class Message>
@@ -181,13 +229,25 @@ Outcome Server::Reply(vorx_pid_t client, const vorx_sig_descriptor& signal, cons
   return fault.empty() ? Accepted(text) : Refused("cannot reply: " + fault);
 }
 
-template <class Error, class Trigger>
-Outcome Server::RefuseTest(vorx_pid_t client, std::string_view payload,
-                           const vorx_sig_descriptor& signal) {
+template <class Trigger, class Error, class Start>
+Outcome Server::StartTest(vorx_pid_t client, std::string_view payload,
+                          const vorx_event_descriptor& event, const vorx_sig_descriptor& refusal,
+                          const Start& start) {
   const std::optional<Trigger> trigger = Parse<Trigger>(payload);
   if (!trigger) return Unreadable<Trigger>(payload);
-  const auto& key = KeyOf(*trigger);
-  const TriggerError code = ErrorOf(tree(), key);
+  const auto request = FromMessage(*trigger);
+  const engine::StartedTest test = start(Settle(), request);
+  if (test.error) return RefuseTest<Error>(client, *trigger, *test.error, refusal);
+  environment_.Publish(event, Started(request, test).SerializeAsString());
+  Outcome outcome = Accepted("started, to " + ShowMac(test.target));
+  outcome.subject = SubjectOfTest(KeyOf(*trigger));
+  return outcome;
+}
+
+template <class Error, class Trigger>
+Outcome Server::RefuseTest(vorx_pid_t client, const Trigger& trigger, TriggerError code,
+                           const vorx_sig_descriptor& signal) {
+  const auto& key = KeyOf(trigger);
   Error error;
   auto& error_key = KeyOf(error);
   error_key.set_md_name(key.md_name());
@@ -200,8 +260,7 @@ Outcome Server::RefuseTest(vorx_pid_t client, std::string_view payload,
                              std::to_string(static_cast<std::uint32_t>(code)) + ")";
   const Outcome reply = Reply(client, signal, error, reason);
   Outcome outcome = Refused(reply.refused ? reason + "; " + reply.text : reason);
-  outcome.subject = NameMep(key).subject + " remote mep " + std::to_string(key.remote_mep_id()) +
-                    " request " + std::to_string(key.request_id());
+  outcome.subject = SubjectOfTest(key);
   return outcome;
 }
 

@@ -145,6 +145,7 @@ Outcome Store::Apply(const client_server::OpCreateMaintenanceDomain& request) {
     DemandNames(tree_, request.md_name(), settings);
     const auto [entry, created] = tree_.domains.try_emplace(request.md_name());
     Put(outcome, created, entry->second.settings, settings);
+    if (outcome.changed) outcome.reset_md = request.md_name();
   });
 }
 
@@ -152,6 +153,7 @@ Outcome Store::Apply(const client_server::OpUpdateMaintenanceDomain& request) {
   return Judge(NameMd(request), [this, &request](Outcome& outcome) {
     DomainSettings& settings = DomainOf(tree_, request).settings;
     Change(outcome, "updated", settings, Updated(settings, request));
+    if (outcome.changed) outcome.reset_md = request.md_name();
   });
 }
 
@@ -164,6 +166,7 @@ Outcome Store::Apply(const client_server::OpDeleteMaintenanceDomain& request) {
     Done(outcome, "removed with " + Plural(associations.size(), "association") + " and " +
                       Plural(outcome.removed.size(), "endpoint"));
     tree_.domains.erase(request.md_name());
+    outcome.reset_md = request.md_name();
   });
 }
 
@@ -191,6 +194,7 @@ Outcome Store::Apply(const client_server::OpDeleteMaintenanceAssociation& reques
     AddMeps(outcome.removed, MaKeyOf(request), AssociationOf(tree_, request));
     Done(outcome, "removed with " + Plural(outcome.removed.size(), "endpoint"));
     DomainOf(tree_, request).associations.erase(request.ma_name());
+    outcome.reset_ma = MaKeyOf(request);
   });
 }
 
@@ -232,6 +236,7 @@ Outcome Store::Apply(const client_server::OpCreateDelayMeasurementProbe& request
     const ProbeSettings settings = Checked(request);
     const auto [entry, created] = tree_.probes.try_emplace(request.probe_id());
     Put(outcome, created, entry->second.settings, settings);
+    if (outcome.changed) outcome.reset_probe = request.probe_id();
   });
 }
 
@@ -239,6 +244,7 @@ Outcome Store::Apply(const client_server::OpDeleteDelayMeasurementProbe& request
   return Judge(NameProbe(request), [this, &request](Outcome& outcome) {
     Done(outcome, "removed with " + Plural(ProbeOf(tree_, request).sessions.size(), "session"));
     tree_.probes.erase(request.probe_id());
+    outcome.reset_probe = request.probe_id();
   });
 }
 
@@ -248,6 +254,7 @@ Outcome Store::Apply(const client_server::OpCreateDelayMeasurementSession& reque
     const auto [entry, created] =
         ProbeOf(tree_, request).sessions.try_emplace(request.session_id());
     Put(outcome, created, entry->second, settings);
+    if (outcome.changed) outcome.reset_probe = request.probe_id();
   });
 }
 
@@ -258,6 +265,7 @@ Outcome Store::Apply(const client_server::OpDeleteDelayMeasurementSession& reque
                     std::to_string(request.probe_id())};
     }
     Done(outcome, "removed");
+    outcome.reset_probe = request.probe_id();
   });
 }
 

@@ -37,7 +37,9 @@ struct Outcome {
 
   std::vector<MepKey> removed;      ///< Endpoints that went away, with their parent or alone.
   std::optional<MepKey> reset_mep;  ///< The endpoint that is new or has new settings.
-  std::optional<MaKey> reset_ma;    ///< The association that is new or has new settings.
+  std::optional<MaKey> reset_ma;    ///< The association that is new, has new settings or went away.
+  std::optional<std::string> reset_md;       ///< The same of a domain.
+  std::optional<std::uint32_t> reset_probe;  ///< The same of a probe or one of its sessions.
 };
 
 /** The configuration, and the one way to change it. */

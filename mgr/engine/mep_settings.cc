@@ -35,12 +35,9 @@ std::vector<std::uint16_t> TakenVids(const AssociationSettings& association, std
   return vids;
 }
 
-std::vector<std::uint16_t> Remotes(const AssociationSettings& association, std::uint32_t own) {
-  std::vector<std::uint16_t> remotes;
-  for (const std::uint32_t mep_id : association.mep_ids) {
-    if (mep_id != own) remotes.push_back(static_cast<std::uint16_t>(mep_id));
-  }
-  return remotes;
+std::vector<std::uint16_t> Remotes(const Association& association, std::uint32_t own) {
+  const std::vector<std::uint32_t> remotes = RemotesOf(association, own);
+  return {remotes.begin(), remotes.end()};
 }
 
 AlarmSettings Alarms(const Mep& mep) {
@@ -105,7 +102,7 @@ MepSettings ResolveMep(const MaKey& ma, const DomainSettings& domain,
   settings.ccm_interval = IsInterval(interval) ? interval : std::uint8_t{0};
   const auto maid = pdu::EncodeMaid(domain.format, ma.md_name, common.format, ma.ma_name);
   if (maid) settings.maid = *maid;
-  settings.remotes = Remotes(common, mep_id);
+  settings.remotes = Remotes(association, mep_id);
   settings.sender_id = ResolveSenderId(domain, common);
   settings.alarms = Alarms(mep);
   settings.fault_action = static_cast<FaultAction>(mep.fault_action);

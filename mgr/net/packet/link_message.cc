@@ -91,4 +91,13 @@ std::optional<LinkMessage> DecodeLinkMessage(const nlmsghdr& message) {
   return BridgePortState{index, ToPortStatus(state)};
 }
 
+engine::PortInfo ToPortInfo(const LinkState& link) {
+  engine::PortInfo info;
+  info.mac = link.mac;
+  info.interface_status = link.interface_status;
+  info.port_status = link.port_status;
+  info.name = link.name;
+  return info;
+}
+
 }  // namespace cfm_mgr::net

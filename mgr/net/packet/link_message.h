@@ -13,8 +13,8 @@
 #include <string>
 #include <variant>
 
+#include "engine/engine.h"
 #include "engine/frame.h"
-#include "engine/surroundings.h"
 
 namespace cfm_mgr::net {
 
@@ -28,6 +28,9 @@ struct LinkState {
   std::uint8_t port_status = 2;       ///< 1 blocked by the bridge that it is a port of, 2 up.
   engine::PortId bridge = 0;          ///< The bridge that it is a port of; 0 for none.
 };
+
+/** What the engine is told of an interface. */
+engine::PortInfo ToPortInfo(const LinkState& link);
 
 /** An interface is gone. */
 struct LinkGone {

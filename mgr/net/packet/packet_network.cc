@@ -46,15 +46,6 @@ bool IsDelayMessage(const engine::Frame& frame) {
   return frame.pdu[1] == static_cast<std::uint8_t>(pdu::Opcode::Dmm);
 }
 
-engine::PortInfo ToPortInfo(const LinkState& link) {
-  engine::PortInfo info;
-  info.mac = link.mac;
-  info.interface_status = link.interface_status;
-  info.port_status = link.port_status;
-  info.name = link.name;
-  return info;
-}
-
 }  // namespace
 
 PacketNetwork::PacketNetwork(PacketNetworkOptions options, engine::Notifications& notifications,
