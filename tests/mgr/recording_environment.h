@@ -1,7 +1,6 @@
 #ifndef CFM_TESTS_MGR_RECORDING_ENVIRONMENT_H
 #define CFM_TESTS_MGR_RECORDING_ENVIRONMENT_H
 
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -36,11 +35,7 @@ class RecordingEnvironment : public cfm_mgr::Environment {
 
   void Log(const std::string& line) override { log.push_back(line); }
 
-  cfm_mgr::Interface FindInterface(std::uint32_t ifindex) override {
-    ++interface_lookups;
-    const auto found = interfaces.find(ifindex);
-    return found == interfaces.end() ? cfm_mgr::Interface{} : found->second;
-  }
+  cfm_mgr::engine::Time Now() override { return now; }
 
   /** The last log line. */
   std::string Line() const { return log.empty() ? "" : log.back(); }
@@ -48,8 +43,7 @@ class RecordingEnvironment : public cfm_mgr::Environment {
   std::vector<Sent> sent;
   std::vector<Published> published;
   std::vector<std::string> log;
-  std::map<std::uint32_t, cfm_mgr::Interface> interfaces;
-  int interface_lookups = 0;
+  cfm_mgr::engine::Time now{};
   std::string send_fault;  ///< When set, every Send() fails with it.
 };
 

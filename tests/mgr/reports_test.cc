@@ -26,6 +26,11 @@ class ReportsTest : public ServerTest {
     Send(CFM_MGR_C2S_SIG_MEP_CREATE, passive);
   }
 
+  /** Makes the port of both there, up. */
+  void SetPortUp() {
+    engine().SetPort(environment_.now, 7, {{0x02, 0, 0, 0, 0, 0x0a}, 1, 2, "port7"});
+  }
+
   /** Ends the round and gives the events since the last call, one short text for each. */
   std::vector<std::string> Events() {
     server_.EndRound();
@@ -95,7 +100,7 @@ TEST_F(ReportsTest, TheStatusRequestReportsWhatIsNewOnceAndWhatIsGone) {
 }
 
 TEST_F(ReportsTest, ALocalStatusTellsTheInterfacesAddressAndState) {
-  environment_.interfaces[7] = {true, true, {0x02, 0, 0, 0, 0, 0x0a}};
+  SetPortUp();
   server_.EndRound();
   client_server::StatusLocalMaintenanceEndpoint status;
   ASSERT_TRUE(status.ParseFromString(environment_.published[0].payload));
@@ -104,7 +109,6 @@ TEST_F(ReportsTest, ALocalStatusTellsTheInterfacesAddressAndState) {
   EXPECT_EQ(status.port_state(), 2U);
   EXPECT_TRUE(status.has_defect_ais());
   EXPECT_FALSE(status.defect_remote_ccm());
-  EXPECT_EQ(environment_.interface_lookups, 1) << "both endpoints are on the one interface";
 }
 
 TEST_F(ReportsTest, AnInterfaceThatIsDownOrMissingIsReportedAsSuch) {
@@ -118,12 +122,13 @@ TEST_F(ReportsTest, AnInterfaceThatIsDownOrMissingIsReportedAsSuch) {
   Events();
   EXPECT_EQ(report().intf_status(), 6U);
   EXPECT_EQ(report().mac_address(), std::string(6, '\0'));
-  environment_.interfaces[7] = {true, false, {2}};
+  engine().SetPort(environment_.now, 7, {{2}, 2, 1, "port7"});
   EXPECT_EQ(report().intf_status(), 2U);
   EXPECT_EQ(report().port_state(), 1U);
 }
 
 TEST_F(ReportsTest, ARemoteEndpointIsIdleUntilTheLocalOneIsActive) {
+  SetPortUp();
   server_.EndRound();
   client_server::StatusRemoteMaintenanceEndpoint status;
   ASSERT_TRUE(status.ParseFromString(environment_.published[1].payload));
@@ -195,7 +200,7 @@ TEST_F(ReportsTest, WhatAnEarlierRunReportedIsReportedRemoved) {
   store.Apply(CreateMa("D1", "A1", {1, 2}));
   store.Apply(CreateMep("D1", "A1", 1));
   RecordingEnvironment environment;
-  cfm_mgr::Server server(store, environment);
+  cfm_mgr::Server server(store, environment, MakeQuietNetwork);
   server.EndRound();
   EXPECT_THAT(environment.published, IsEmpty());
   server.Handle(RequestOf(CFM_MGR_C2S_SIG_MA_UPDATE), kClient,
@@ -311,8 +316,10 @@ const std::vector<Refusal>& Refusals() {
       {"a MEP that is not local", 3, 1, TriggerError::UnknownMep, "no such endpoint (error 1)"},
       {"a remote MEP that is not on the list", 1, 9, TriggerError::UnknownRemoteMep, kNoRemote},
       {"a MEP to itself", 1, 1, TriggerError::UnknownRemoteMep, kNoRemote},
-      {"MEPs that are there", 1, 3, TriggerError::NotSupported,
-       "this server does not run tests yet (error 3)"},
+      {"a remote MEP that was not heard of", 1, 3, TriggerError::UnknownAddress,
+       "the remote endpoint's address is not known: no CCM of it has come in (error 4)"},
+      {"a local MEP that is not active", 2, 3, TriggerError::NotActive,
+       "the endpoint is not active, or its interface is not there (error 5)"},
   };
   return kRefusals;
 }
@@ -324,6 +331,7 @@ std::string LogLine(const TestKind& kind, const Refusal& refusal) {
 }
 
 TEST_F(ReportsTest, RefusesEveryKindOfTestToItsSenderWithTheReason) {
+  SetPortUp();
   for (const TestKind& kind : TestKinds()) {
     for (const Refusal& refusal : Refusals()) {
       SCOPED_TRACE(std::string(kind.title) + ", " + refusal.what);
@@ -343,6 +351,7 @@ TEST_F(ReportsTest, RefusesEveryKindOfTestToItsSenderWithTheReason) {
 }
 
 TEST_F(ReportsTest, ARefusalThatCannotBeSentIsLoggedWithItsReason) {
+  SetPortUp();
   environment_.send_fault = "no such process";
   for (const TestKind& kind : TestKinds()) {
     for (const Refusal& refusal : Refusals()) {

@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "quiet_network.h"
 #include "recording_environment.h"
 #include "server.h"
 
@@ -36,8 +39,27 @@ class ServerTest : public testing::Test {
     return SendBytes(signal, message.SerializeAsString());
   }
 
+  /** Lets time pass; nothing is published before the round ends. */
+  void Pass(cfm_mgr::engine::Time time) {
+    const cfm_mgr::engine::Time end = environment_.now + time;
+    while (server_.NextDeadline() && *server_.NextDeadline() <= end) {
+      environment_.now = std::max(environment_.now, *server_.NextDeadline());
+      server_.Run();
+    }
+    environment_.now = end;
+    server_.Run();
+  }
+
+  cfm_mgr::engine::Engine& engine() { return network_->engine(); }
+
   RecordingEnvironment environment_;
-  cfm_mgr::Server server_{cfm_mgr::Store(), environment_};
+  QuietNetwork* network_ = nullptr;  // the server's
+  cfm_mgr::Server server_{cfm_mgr::Store(), environment_,
+                          [this](cfm_mgr::engine::Notifications& notifications) {
+                            auto network = std::make_unique<QuietNetwork>(notifications);
+                            network_ = network.get();
+                            return network;
+                          }};
 };
 
 }  // namespace cfm_mgr_test

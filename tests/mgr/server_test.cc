@@ -109,7 +109,7 @@ TEST_F(ServerTest, AnEmptyPayloadNamesNothing) {
 TEST_F(ServerTest, EveryTruncationIsRefusedOrAppliedAsWhatItIs) {
   for (const auto& [signal, payload] : ValidRequests()) {
     RecordingEnvironment environment;
-    Server server(cfm_mgr::Store(), environment);
+    Server server(cfm_mgr::Store(), environment, MakeQuietNetwork);
     for (const auto& [before, whole] : ValidRequests()) {
       if (before == signal) break;
       server.Handle(RequestOf(before), kClient, whole);
@@ -191,8 +191,8 @@ TEST_F(ServerTest, HandlesAHundredThousandRequestsInOneRun) {
       Send(CFM_MGR_C2S_SIG_MA_CREATE, CreateMa(md, ma));
       for (std::uint32_t id = 1; id <= 100; ++id) {
         Send(CFM_MGR_C2S_SIG_MEP_CREATE, CreateMep(md, ma, id));
-        server_.EndRound();
       }
+      server_.EndRound();
       Send(CFM_MGR_C2S_SIG_MD_UPDATE, UpdateMd(md));
     }
   }
