@@ -44,6 +44,7 @@ class ReceiveBatch {
   ReceiveBatch();
   ReceiveBatch(const ReceiveBatch&) = delete;
   ReceiveBatch& operator=(const ReceiveBatch&) = delete;
+  ~ReceiveBatch() = default;
 
  private:
   friend class PacketSocket;

@@ -47,8 +47,6 @@ SimulatedNetwork::SimulatedNetwork(const NetworkDescription& description,
   }
 }
 
-SimulatedNetwork::~SimulatedNetwork() = default;
-
 void SimulatedNetwork::AddBridges(const NetworkDescription& description,
                                   engine::Notifications& notifications) {
   for (const BridgeDescription& bridge : description.bridges) {

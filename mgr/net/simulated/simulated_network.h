@@ -57,7 +57,6 @@ class SimulatedNetwork : public Network {
    */
   SimulatedNetwork(const NetworkDescription& description, engine::Notifications& notifications,
                    std::uint64_t seed, engine::Time start = {});
-  ~SimulatedNetwork() override;
 
   engine::Engine& engine() override;
   void Advance(engine::Time now) override;
