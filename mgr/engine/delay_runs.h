@@ -53,8 +53,8 @@ class DelayRuns {
 
  private:
   struct Run {
-    const LocalMep* mep;
-    std::uint8_t pcp;
+    const LocalMep* mep = nullptr;
+    std::uint8_t pcp = 0;
     DelayInitiator initiator;
     Observer observer;
 

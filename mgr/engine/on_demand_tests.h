@@ -35,14 +35,14 @@ class OnDemandTests {
 
  private:
   struct Loopback {
-    const LocalMep* mep;
-    std::uint32_t request_id;
+    const LocalMep* mep = nullptr;
+    std::uint32_t request_id = 0;
     LoopbackInitiator initiator;
 
     Time NextDeadline() const { return initiator.NextDeadline(); }
   };
   struct Linktrace {
-    const LocalMep* mep;
+    const LocalMep* mep = nullptr;
     LinktraceInitiator initiator;
 
     Time NextDeadline() const { return initiator.NextDeadline(); }
