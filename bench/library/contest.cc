@@ -2,11 +2,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include <ctime>
-
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <map>
+#include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,10 @@ struct Entry {
 std::vector<Entry>& Entries() {
   static std::vector<Entry> entries;
   return entries;
+}
+
+std::string NameOf(const std::string& work, std::size_t size) {
+  return work + "/" + std::to_string(size);
 }
 
 void Register(const std::string& name, Side side) {
@@ -70,7 +75,7 @@ class Times : public benchmark::BenchmarkReporter {
 
 double Microseconds(double seconds) { return seconds * 1e6; }
 
-// Prints one contest and adds the library's time to what growth is judged by.
+// Prints one contest.
 bool Judge(const Entry& entry, const Times& times) {
   const std::vector<double> library = times.Of(entry.name + "/library");
   const std::vector<double> floor = times.Of(entry.name + "/floor");
@@ -87,6 +92,32 @@ bool Judge(const Entry& entry, const Times& times) {
   return met;
 }
 
+// The library's time per entity in this work; nothing if it did not run.
+std::optional<double> SecondsPerEntity(const std::string& work, std::size_t size,
+                                       const Times& times) {
+  const std::vector<double> seconds = times.Of(NameOf(work, size) + "/library");
+  if (seconds.empty()) {
+    return std::nullopt;
+  }
+  return Median(seconds) / static_cast<double>(size);
+}
+
+// Prints by how much the time per entity of one work grows with the size, if it ran at both sizes.
+bool JudgeGrowth(const std::string& work, const Times& times) {
+  constexpr std::size_t kFew = 1000;
+  constexpr std::size_t kMany = 100000;
+  constexpr double kGoal = 1.5;
+  const std::optional<double> few = SecondsPerEntity(work, kFew, times);
+  const std::optional<double> many = SecondsPerEntity(work, kMany, times);
+  if (!few || !many) {
+    return true;
+  }
+  const bool met = *many <= kGoal * *few;
+  std::printf("%-34s %zu to %zu: time of each grows to %.2f times; goal: %.2f  %s\n", work.c_str(),
+              kFew, kMany, *many / *few, kGoal, met ? "met" : "MISSED");
+  return met;
+}
+
 }  // namespace
 
 double ProcessorSeconds() {
@@ -96,7 +127,7 @@ double ProcessorSeconds() {
 }
 
 void Contest(const std::string& work, std::size_t size, double goal, Side library, Side floor) {
-  const std::string name = work + "/" + std::to_string(size);
+  const std::string name = NameOf(work, size);
   Entries().push_back({name, work, size, goal});
   Register(name + "/library", std::move(library));
   Register(name + "/floor", std::move(floor));
@@ -112,8 +143,13 @@ bool RunContests(int argc, char** argv) {
   std::printf("%-34s %7s %12s %12s %7s %7s %6s\n", "work", "size", "floor us", "library us",
               "ratio", "of best", "goal");
   bool all_met = true;
+  std::set<std::string> works;
   for (const Entry& entry : Entries()) {
     all_met = Judge(entry, times) && all_met;
+    works.insert(entry.work);
+  }
+  for (const std::string& work : works) {
+    all_met = JudgeGrowth(work, times) && all_met;
   }
   return all_met;
 }

@@ -22,7 +22,8 @@ using Side = std::function<Pass()>;
 /// @param goal  what the library's time divided by the floor's may be at most
 void Contest(const std::string& work, std::size_t size, double goal, Side library, Side floor);
 
-/// Runs all contests and prints a line for each. Whether every goal was met.
+/// Runs all contests and prints a line for each, then how the library's time per entity grows.
+/// Whether every goal was met.
 bool RunContests(int argc, char** argv);
 
 /// Processor time of this thread, in seconds. Neither side waits for anything, and unlike time on
