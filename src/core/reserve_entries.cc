@@ -31,7 +31,8 @@ bool Skip(google::protobuf::io::CodedInputStream& input, unsigned wire_type) {
   }
 }
 
-// As far as the bytes can be followed; what comes after that is not read either, or is no list.
+// As far as the bytes can be followed. What comes after that is not read either; only past a group,
+// which the schema does not have, protobuf reads on, and makes room as it goes.
 Counts CountEntries(std::string_view bytes) {
   constexpr std::size_t longest = std::numeric_limits<int>::max();
   google::protobuf::io::CodedInputStream input(reinterpret_cast<const std::uint8_t*>(bytes.data()),
