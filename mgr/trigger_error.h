@@ -12,7 +12,7 @@ namespace cfm_mgr {
 enum class TriggerError : std::uint32_t {
   UnknownMep = 1,        ///< The server holds no such local MEP.
   UnknownRemoteMep = 2,  ///< The association's MEP list holds no such other MEP.
-  NotSupported = 3,      ///< The server does not run this test.
+  NotSupported = 3,      ///< The server does not run this test; this one runs all of them.
   UnknownAddress = 4,    ///< No CCM has told the address of the remote MEP yet.
   NotActive = 5,         ///< The local MEP is not active, or its interface is not there.
   TooMany = 6,           ///< The endpoint runs as many tests as it can already.

@@ -54,7 +54,8 @@ void ClientImpl::ReqCacheReplyHierarchy(const client_server::OpCacheSync& cache)
 
 // Depth first: each entity right before what it holds.
 void ClientImpl::RecreateHierarchy() const {
-  for (const auto& [md_name, md] : applied_hierarchy->mds) {
+  const auto applied = applied_hierarchy;
+  for (const auto& [md_name, md] : applied->mds) {
     CreateMd(md_name, md.cfg);
     for (const auto& [ma_name, ma] : md.mas) {
       CreateMa(ma.md_name, ma_name, ma.cfg);

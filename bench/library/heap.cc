@@ -66,14 +66,15 @@ struct Measured {
   std::size_t text;
 };
 
-bool Judge(const char* work, const Measured& measured, std::size_t copy) {
-  const std::size_t demanded = 2 * copy + measured.text;
+bool Judge(const char* work, std::size_t copies, const Measured& measured, std::size_t copy) {
+  const std::size_t demanded = copies * copy + measured.text;
   const std::size_t beside = measured.peak > demanded ? measured.peak - demanded : 0;
   const double ratio = static_cast<double>(beside) / static_cast<double>(copy);
   const bool met = ratio <= 0.25;
-  std::printf("%-16s %8.2f MB at most: text %.2f MB, two copies %.2f MB, rest / copy %.3f  %s\n",
-              work, Megabytes(measured.peak), Megabytes(measured.text), Megabytes(2 * copy), ratio,
-              met ? "met" : "MISSED");
+  std::printf(
+      "%-16s %8.2f MB at most: text %.2f MB, configurations %.2f MB, rest / copy %.3f  %s\n", work,
+      Megabytes(measured.peak), Megabytes(measured.text), Megabytes(copies * copy), ratio,
+      met ? "met" : "MISSED");
   return met;
 }
 
@@ -104,9 +105,9 @@ int main() {
     return Measured{peak, logged_bytes};
   };
   std::printf("one UpdateConfig of %zu MEPs\n", kMeps);
-  bool met = Judge("first", measure(config), copy);
-  met = Judge("same", measure(config), copy) && met;
-  met = Judge("levels changed", measure(releveled), copy) && met;
+  bool met = Judge("first", 1, measure(config), copy);
+  met = Judge("same", 2, measure(config), copy) && met;
+  met = Judge("levels changed", 2, measure(releveled), copy) && met;
   std::printf("kept after it: %.2f MB\n", Megabytes(live_bytes - base));
   return met ? EXIT_SUCCESS : EXIT_FAILURE;
 }
