@@ -76,7 +76,9 @@ std::size_t EncodeFrame(const engine::Frame& frame, std::vector<std::uint8_t>& o
   out.insert(out.end(), frame.source.begin(), frame.source.end());
   for (const engine::VlanTag& tag : frame.tags) {
     Append16(tag.tpid, out);
-    Append16(static_cast<std::uint16_t>(tag.pcp << 13U | (tag.dei ? 0x1000U : 0U) | tag.vid), out);
+    Append16(
+        static_cast<std::uint16_t>(unsigned{tag.pcp} << 13U | (tag.dei ? 0x1000U : 0U) | tag.vid),
+        out);
   }
   Append16(engine::kCfmEtherType, out);
   out.insert(out.end(), frame.pdu.begin(), frame.pdu.end());
