@@ -290,6 +290,16 @@ TEST_F(Reconcile, AnAssociationThatAnEarlierEndpointNamesIsTakenForOld) {
                           "MEP_UPDATE D B 1", "MEP_UPDATE D B 2"));
 }
 
+TEST_F(Reconcile, AnEndpointOfAnAssociationTakenForOldIsLookedUpWhereItSays) {
+  cfm::hierarchy after = OneMa({1, 5});
+  after.mds["D"].mas["A"].meps[1].ma_name = "B";
+  after.mds["D"].mas["B"] = Ma("D", "B", {2, 5});
+  after.mds["D"].mas["B"].meps[5].ma_name = "A";
+  EXPECT_THAT(Between(OneMa({1, 5}), after),
+              ElementsAre("MEP_CREATE D B 1", "MEP_CREATE D B 2", "MD_UPDATE D", "MA_UPDATE D A",
+                          "MEP_UPDATE D B 1", "MEP_UPDATE D A 5"));
+}
+
 TEST_F(Reconcile, AnAssociationThatALaterEndpointNamesIsStillNew) {
   cfm::hierarchy before;
   before.mds["D"].mas["B"] = Ma("D", "B", {1});
