@@ -62,8 +62,9 @@ std::string SubjectOfTest(const Key& key) {
 
 std::string ShowMac(const engine::Mac& mac) {
   std::array<char, 18> text{};
-  std::snprintf(text.data(), text.size(), "%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2],
-                mac[3], mac[4], mac[5]);
+  // Six octets always fit.
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%02x:%02x:%02x:%02x:%02x:%02x", mac[0],
+                                  mac[1], mac[2], mac[3], mac[4], mac[5]));
   return text.data();
 }
 

@@ -13,7 +13,7 @@ namespace {
 constexpr std::array<char, 512> HexOfOctets() {
   constexpr std::string_view digits = "0123456789abcdef";
   std::array<char, 512> hex{};
-  for (unsigned octet = 0; octet < 256; ++octet) {
+  for (std::size_t octet = 0; octet < 256; ++octet) {
     hex[2 * octet] = digits[octet >> 4U];
     hex[2 * octet + 1] = digits[octet & 0x0fU];
   }
@@ -36,10 +36,10 @@ st_mac MacFromBytes(std::string_view bytes) {
 }
 
 std::array<char, 18> MacText(const st_mac& mac) {
-  std::array<char, 18> text;
+  std::array<char, 18> text{};
   char* out = text.data();
   for (const std::uint8_t octet : mac.octets) {
-    std::memcpy(out, &kHexOfOctet[2U * octet], 2);
+    std::memcpy(out, &kHexOfOctet[std::size_t{2} * octet], 2);
     out[2] = ':';
     out += 3;
   }

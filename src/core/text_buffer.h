@@ -92,7 +92,7 @@ class TextBuffer {
 
   std::string text_;
   std::size_t lines_ = 0;
-  std::array<char, 2048> room_;
+  std::array<char, 2048> room_{};
   std::size_t used_ = 0;
 };
 
