@@ -42,6 +42,17 @@ double Seconds(Call&& call) {
 /// the better part of a microsecond, does not count.
 inline std::size_t RepeatsOf(std::size_t size) { return size < 1000 ? 2000 / size : 1; }
 
+/// Processor time of one call among many, each told its number, from 0 on.
+template <typename Call>
+double SecondsOfOne(std::size_t calls, Call&& call) {
+  const double seconds = Seconds([&] {
+    for (std::size_t i = 0; i < calls; ++i) {
+      call(i);
+    }
+  });
+  return seconds / static_cast<double>(calls);
+}
+
 /// Processor time of a call per object.
 template <typename Objects, typename Call>
 double SecondsOfEach(Objects&& objects, Call&& call) {

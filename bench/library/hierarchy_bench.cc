@@ -25,12 +25,7 @@ void Alternate(const std::string& work, std::size_t meps, const std::vector<Conf
                void (*floor)(Copies&, const cfm::hierarchy&)) {
   const std::size_t repeats = RepeatsOf(meps) * configs.size();
   const auto run = [=](auto&& hand_in) {
-    return Seconds([&] {
-             for (std::size_t i = 0; i < repeats; ++i) {
-               hand_in(*configs[i % configs.size()]);
-             }
-           }) /
-           static_cast<double>(repeats);
+    return SecondsOfOne(repeats, [&](std::size_t i) { hand_in(*configs[i % configs.size()]); });
   };
   Contest(
       work, meps, kConfigGoal,
@@ -115,14 +110,7 @@ void Adopted(std::size_t meps) {
         };
       },
       [=]() -> Pass {
-        return [=] {
-          return Seconds([&] {
-                   for (std::size_t i = 0; i < repeats; ++i) {
-                     FloorAdopt(*payload);
-                   }
-                 }) /
-                 static_cast<double>(repeats);
-        };
+        return [=] { return SecondsOfOne(repeats, [&](std::size_t) { FloorAdopt(*payload); }); };
       });
 }
 

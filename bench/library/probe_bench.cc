@@ -49,12 +49,7 @@ void Alternate(const std::string& work, std::size_t sessions, const std::vector<
                void (*floor)(ProbeCopies&, const cfm::probe&)) {
   const std::size_t repeats = RepeatsOf(sessions) * configs.size();
   const auto run = [=](auto&& hand_in) {
-    return Seconds([&] {
-             for (std::size_t i = 0; i < repeats; ++i) {
-               hand_in(*configs[i % configs.size()]);
-             }
-           }) /
-           static_cast<double>(repeats);
+    return SecondsOfOne(repeats, [&](std::size_t i) { hand_in(*configs[i % configs.size()]); });
   };
   Contest(
       work, sessions, kGoal,

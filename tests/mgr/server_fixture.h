@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -37,17 +36,6 @@ class ServerTest : public testing::Test {
   template <class Message>
   bool Send(const vorx_sig_descriptor* signal, const Message& message) {
     return SendBytes(signal, message.SerializeAsString());
-  }
-
-  /** Lets time pass; nothing is published before the round ends. */
-  void Pass(cfm_mgr::engine::Time time) {
-    const cfm_mgr::engine::Time end = environment_.now + time;
-    while (server_.NextDeadline() && *server_.NextDeadline() <= end) {
-      environment_.now = std::max(environment_.now, *server_.NextDeadline());
-      server_.Run();
-    }
-    environment_.now = end;
-    server_.Run();
   }
 
   cfm_mgr::engine::Engine& engine() { return network_->engine(); }
