@@ -34,9 +34,10 @@ void ClientImpl::ReqCacheReply(vorx_t* /*handle*/, void* user, const vorx_pid_t*
 }
 
 void ClientImpl::ReqCacheReplyHierarchy(const client_server::OpCacheSync& cache) {
-  auto server = std::make_shared<const hierarchy>(core::HierarchyFromCache(cache, PortOfIfindex));
-  if (server->mds.empty()) {
-    if (applied_hierarchy->mds.empty()) {
+  auto server =
+      std::make_shared<const core::KeptHierarchy>(core::HierarchyFromCache(cache, PortOfIfindex));
+  if (server->IsEmpty()) {
+    if (applied_hierarchy->IsEmpty()) {
       Log<log_point::kConfigBothEmpty>(log_category);
     } else {
       Log<log_point::kConfigServerDied>(log_category);
@@ -44,7 +45,7 @@ void ClientImpl::ReqCacheReplyHierarchy(const client_server::OpCacheSync& cache)
     }
     return;
   }
-  if (applied_hierarchy->mds.empty()) {
+  if (applied_hierarchy->IsEmpty()) {
     Log<log_point::kConfigAppDied>(log_category);
   } else {
     Log<log_point::kConfigBothExist>(log_category);
@@ -55,12 +56,12 @@ void ClientImpl::ReqCacheReplyHierarchy(const client_server::OpCacheSync& cache)
 // Depth first: each entity right before what it holds.
 void ClientImpl::RecreateHierarchy() const {
   const auto applied = applied_hierarchy;
-  for (const auto& [md_name, md] : applied->mds) {
-    CreateMd(md_name, md.cfg);
-    for (const auto& [ma_name, ma] : md.mas) {
-      CreateMa(ma.md_name, ma_name, ma.cfg);
-      for (const auto& [mep_id, mep] : ma.meps) {
-        CreateMep(mep.md_name, mep.ma_name, mep.cfg);
+  for (const core::KeptMd& md : applied->Mds()) {
+    CreateMd(md.name, md.cfg);
+    for (const core::KeptMa& ma : md.mas) {
+      CreateMa(ma.md_name, ma.name, ma.cfg);
+      for (const core::KeptMep& mep : ma.meps) {
+        CreateMep(*mep.md_name, *mep.ma_name, mep.cfg);
       }
     }
   }

@@ -12,7 +12,7 @@ namespace cfm {
 
 ClientImpl::ClientImpl(vorx_t* handle)
     : token(handle),
-      desired_hierarchy(std::make_shared<const hierarchy>()),
+      desired_hierarchy(std::make_shared<const core::KeptHierarchy>()),
       applied_hierarchy(desired_hierarchy),
       desired_probes(std::make_shared<const probe>()),
       applied_probes(desired_probes) {

@@ -24,6 +24,7 @@
 #include <string>
 
 #include "core/hierarchy_plan.h"
+#include "core/kept_hierarchy.h"
 #include "log.h"
 
 namespace google::protobuf {
@@ -153,8 +154,10 @@ class ClientImpl {
   vorx_subscription_t* subscription = nullptr;
   vorx_pid_t server_pid = 0;  // 0 while the server is absent
   // Configurations never change, so that taking one over copies nothing and cannot fail halfway.
-  std::shared_ptr<const hierarchy> desired_hierarchy;  // as the application handed it in last
-  std::shared_ptr<const hierarchy> applied_hierarchy;  // as the server is believed to hold it
+  std::shared_ptr<const core::KeptHierarchy>
+      desired_hierarchy;  // as the application handed it in last
+  std::shared_ptr<const core::KeptHierarchy>
+      applied_hierarchy;  // as the server is believed to hold it
   // In the order of registration; null where it did not succeed. Part of the client, so that no
   // memory is needed any more once the host knows it.
   std::array<vorx_registration_t*, 5> signal_registrations{};

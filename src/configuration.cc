@@ -22,7 +22,7 @@ std::string InterfaceName(sepan_port_t port) {
 }  // namespace
 
 void ClientImpl::UpdateConfig(const hierarchy& config) {
-  desired_hierarchy = std::make_shared<const hierarchy>(config);
+  desired_hierarchy = std::make_shared<const core::KeptHierarchy>(config);
   if (!InStep()) {
     Log<log_point::kConfigDeferred>(log_category, server_pid, static_cast<int>(server_synced));
     return;
@@ -51,48 +51,44 @@ void ClientImpl::Apply() {
 // Bottom up, so that nothing loses its parent before it is deleted itself.
 void ClientImpl::ApplyDelete(const core::MdList& mds, const core::MaList& mas,
                              const core::MepList& meps) const {
-  for (const hierarchy_mep* const mep : meps) {
-    DeleteMep(mep->md_name, mep->ma_name, mep->cfg.mep_id);
+  for (const core::KeptMep* const mep : meps) {
+    DeleteMep(*mep->md_name, *mep->ma_name, mep->cfg.mep_id);
   }
-  for (const core::MaEntry* const entry : mas) {
-    const auto& [ma_name, ma] = *entry;
-    DeleteMa(ma.md_name, ma_name);
+  for (const core::KeptMa* const ma : mas) {
+    DeleteMa(ma->md_name, ma->name);
   }
-  for (const core::MdEntry* const entry : mds) {
-    DeleteMd(entry->first);
+  for (const core::KeptMd* const md : mds) {
+    DeleteMd(md->name);
   }
 }
 
 // Top down, so that everything finds its parent.
 void ClientImpl::ApplyCreate(const core::MdList& mds, const core::MaList& mas,
                              const core::MepList& meps) const {
-  for (const core::MdEntry* const entry : mds) {
-    const auto& [md_name, md] = *entry;
-    CreateMd(md_name, md.cfg);
+  for (const core::KeptMd* const md : mds) {
+    CreateMd(md->name, md->cfg);
   }
-  for (const core::MaEntry* const entry : mas) {
-    const auto& [ma_name, ma] = *entry;
-    CreateMa(ma.md_name, ma_name, ma.cfg);
+  for (const core::KeptMa* const ma : mas) {
+    CreateMa(ma->md_name, ma->name, ma->cfg);
   }
-  for (const hierarchy_mep* const mep : meps) {
-    CreateMep(mep->md_name, mep->ma_name, mep->cfg);
+  for (const core::KeptMep* const mep : meps) {
+    CreateMep(*mep->md_name, *mep->ma_name, mep->cfg);
   }
 }
 
 void ClientImpl::ApplyUpdate(const core::MdList& mds, const core::MaList& mas,
                              const core::MepList& meps) const {
-  for (const core::MdEntry* const entry : mds) {
-    const auto& [md_name, md] = *entry;
-    UpdateMd(md_name, md.cfg.sender_id, md.cfg.mhf_creation);
+  for (const core::KeptMd* const md : mds) {
+    UpdateMd(md->name, md->cfg.sender_id, md->cfg.mhf_creation);
   }
-  for (const core::MaEntry* const entry : mas) {
-    const auto& [ma_name, ma] = *entry;
-    UpdateMa(ma.md_name, ma_name, ma.cfg.ccm_interval, ma.cfg.sender_id, ma.cfg.mhf_creation,
-             ma.cfg.mep_ids, ma.cfg.ais);
+  for (const core::KeptMa* const ma : mas) {
+    const st_maintenance_association_cfg& cfg = ma->cfg;
+    UpdateMa(ma->md_name, ma->name, cfg.ccm_interval, cfg.sender_id, cfg.mhf_creation, cfg.mep_ids,
+             cfg.ais);
   }
-  for (const hierarchy_mep* const mep : meps) {
+  for (const core::KeptMep* const mep : meps) {
     const st_maintenance_endpoint_cfg& cfg = mep->cfg;
-    UpdateMep(mep->md_name, mep->ma_name, cfg.mep_id, cfg.primary_vid, cfg.inner_vid,
+    UpdateMep(*mep->md_name, *mep->ma_name, cfg.mep_id, cfg.primary_vid, cfg.inner_vid,
               cfg.admin_state, cfg.ccm_enabled, cfg.ccm_priority, cfg.lowest_prio_defect,
               cfg.fng_alarm_time, cfg.fng_reset_time, cfg.fault_action, cfg.aux_flag);
   }

@@ -5,26 +5,15 @@
 namespace cfm::core {
 namespace {
 
-std::size_t CountLines(const hierarchy& config) {
-  std::size_t lines = 0;
-  for (const auto& [md_name, md] : config.mds) {
-    lines += 1 + md.mas.size();
-    for (const auto& [ma_name, ma] : md.mas) {
-      lines += ma.meps.size();
-    }
-  }
-  return lines;
-}
-
 class Dump {
  public:
-  Dump(const hierarchy& config, PortName port_name)
-      : port_name_(port_name), lines_(CountLines(config)) {
+  Dump(std::size_t lines, PortName port_name) : port_name_(port_name), lines_(lines) {
     out_.Add("CFM Hierarchy\n");
   }
 
-  void Add(const std::string& name, const st_maintenance_domain_cfg& cfg) {
-    out_.AddField("+ MD Id: ", name);
+  void Add(const KeptMd& md) {
+    const st_maintenance_domain_cfg& cfg = md.cfg;
+    out_.AddField("+ MD Id: ", md.name);
     out_.AddField(", Format: ", cfg.format);
     out_.AddField(", Level: ", cfg.level);
     out_.AddField(", Sender Id: ", cfg.sender_id);
@@ -32,8 +21,8 @@ class Dump {
     out_.EndLine(--lines_);
   }
 
-  void Add(const std::string& name, const hierarchy_ma& ma) {
-    out_.AddField("  + MA Id: ", name);
+  void Add(const KeptMa& ma) {
+    out_.AddField("  + MA Id: ", ma.name);
     out_.AddField(", MD Name: ", ma.md_name);
     out_.AddField(", Format: ", ma.cfg.format);
     out_.AddList(", VID List: {", ma.cfg.vids);
@@ -44,11 +33,11 @@ class Dump {
     out_.EndLine(--lines_);
   }
 
-  void Add(std::uint16_t key, const hierarchy_mep& mep) {
+  void Add(const KeptMep& mep) {
     const st_maintenance_endpoint_cfg& cfg = mep.cfg;
-    out_.AddField("    + MEP Id: ", key);
-    out_.AddField(", MD Name: ", mep.md_name);
-    out_.AddField(", MA Name: ", mep.ma_name);
+    out_.AddField("    + MEP Id: ", mep.key);
+    out_.AddField(", MD Name: ", *mep.md_name);
+    out_.AddField(", MA Name: ", *mep.ma_name);
     out_.AddField(", Id: ", cfg.mep_id);
     out_.AddField(", Direction: ", cfg.direction);
     out_.AddField(", Port: ", port_name_(cfg.port));
@@ -74,14 +63,14 @@ class Dump {
 
 }  // namespace
 
-std::string HierarchyDump(const hierarchy& config, PortName port_name) {
-  Dump dump(config, port_name);
-  for (const auto& [md_name, md] : config.mds) {
-    dump.Add(md_name, md.cfg);
-    for (const auto& [ma_name, ma] : md.mas) {
-      dump.Add(ma_name, ma);
-      for (const auto& [mep_id, mep] : ma.meps) {
-        dump.Add(mep_id, mep);
+std::string HierarchyDump(const KeptHierarchy& config, PortName port_name) {
+  Dump dump(config.Size(), port_name);
+  for (const KeptMd& md : config.Mds()) {
+    dump.Add(md);
+    for (const KeptMa& ma : md.mas) {
+      dump.Add(ma);
+      for (const KeptMep& mep : ma.meps) {
+        dump.Add(mep);
       }
     }
   }

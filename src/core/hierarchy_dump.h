@@ -2,17 +2,17 @@
 #ifndef CFM_SRC_CORE_HIERARCHY_DUMP_H
 #define CFM_SRC_CORE_HIERARCHY_DUMP_H
 
-#include <cfm/hierarchy.h>
-
 #include <string>
+
+#include "core/kept_hierarchy.h"
 
 namespace cfm::core {
 
 /// Finds the interface name of a port.
 using PortName = std::string (*)(sepan_port_t port);
 
-/// One line per domain, association and endpoint, in the order of the maps.
-std::string HierarchyDump(const hierarchy& config, PortName port_name);
+/// One line per domain, association and endpoint, in the order of their keys.
+std::string HierarchyDump(const KeptHierarchy& config, PortName port_name);
 
 }  // namespace cfm::core
 

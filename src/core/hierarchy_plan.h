@@ -2,23 +2,18 @@
 #ifndef CFM_SRC_CORE_HIERARCHY_PLAN_H
 #define CFM_SRC_CORE_HIERARCHY_PLAN_H
 
-#include <cfm/hierarchy.h>
-
-#include <map>
-#include <string>
 #include <vector>
 
-namespace cfm::core {
+#include "core/kept_hierarchy.h"
 
-using MdEntry = std::map<std::string, hierarchy_md>::value_type;
-using MaEntry = std::map<std::string, hierarchy_ma>::value_type;
+namespace cfm::core {
 
 /// The working sets of one reconciliation. They point into the two configurations compared, and
 /// live no longer than those stay as they are. Domains are ordered by name; associations by the
 /// pair of their domain's key and their own; endpoints as they were found.
-using MdList = std::vector<const MdEntry*>;
-using MaList = std::vector<const MaEntry*>;
-using MepList = std::vector<const hierarchy_mep*>;
+using MdList = std::vector<const KeptMd*>;
+using MaList = std::vector<const KeptMa*>;
+using MepList = std::vector<const KeptMep*>;
 
 struct WorkingSet {
   MdList mds;
@@ -40,7 +35,7 @@ struct HierarchyPlan {
 /// association, and a changed port, direction, primary or inner VID an endpoint; re-creation takes
 /// along all that survives beneath. What lies beneath a removed entity is not named: the server
 /// removes it.
-HierarchyPlan PlanHierarchy(const hierarchy& applied, const hierarchy& desired);
+HierarchyPlan PlanHierarchy(const KeptHierarchy& applied, const KeptHierarchy& desired);
 
 }  // namespace cfm::core
 
