@@ -19,8 +19,8 @@ struct Sides {
 Operation Reply(const ClientState& before, const Sides& sides, std::size_t cut = 0) {
   Operation reply;
   reply.before = before;
-  std::string payload = CacheOf(sides.server, sides.server_probes).SerializeAsString();
-  payload.resize(payload.size() - cut);
+  const std::string whole = CacheOf(sides.server, sides.server_probes).SerializeAsString();
+  const std::string payload = whole.substr(0, whole.size() - cut);
   reply.run = [payload](World& world) { world.host.Signal(CFM_MGR_S2C_SIG_CACHE_REPLY, payload); };
   reply.depends_on_step = false;
 
