@@ -1,4 +1,5 @@
 #include <cxxabi.h>
+#include <elfutils/libdw.h>
 #include <elfutils/libdwfl.h>
 #include <execinfo.h>
 #include <unistd.h>
@@ -59,6 +60,27 @@ std::string Hex(std::uintptr_t value) {
   return "0x" + digits;
 }
 
+/**
+ * " at file:line"; empty when it is not known. Looks through all compilation units: the index of
+ * addresses that a quicker search needs is not written by every compiler.
+ */
+std::string SourcePlace(Dwfl_Module* module, Dwarf_Addr address) {
+  Dwarf_Addr bias = 0;
+  Dwarf_Die* unit = nullptr;
+  while ((unit = dwfl_module_nextcu(module, unit, &bias)) != nullptr) {
+    if (dwarf_haspc(unit, address - bias) != 1) {
+      continue;
+    }
+    Dwarf_Line* const source = dwarf_getsrc_die(unit, address - bias);
+    const char* const file = dwarf_linesrc(source, nullptr, nullptr);
+    int line = 0;
+    if (file != nullptr && dwarf_lineno(source, &line) == 0) {
+      return std::string(" at ") + file + ':' + std::to_string(line);
+    }
+  }
+  return {};
+}
+
 /** "function at file:line" as far as it is known, else the file that holds the address. */
 std::string Describe(Dwfl* dwfl, std::uintptr_t address) {
   Dwfl_Module* const module = dwfl_addrmodule(dwfl, address);
@@ -67,13 +89,8 @@ std::string Describe(Dwfl* dwfl, std::uintptr_t address) {
   }
   const char* const symbol = dwfl_module_addrname(module, address);
   std::string text = symbol == nullptr ? "??" : Demangled(symbol);
-  int line = 0;
-  Dwfl_Line* const source = dwfl_module_getsrc(module, address);
-  const char* const file = source == nullptr
-                               ? nullptr
-                               : dwfl_lineinfo(source, nullptr, &line, nullptr, nullptr, nullptr);
-  if (file != nullptr) {
-    return text + " at " + file + ':' + std::to_string(line);
+  if (const std::string place = SourcePlace(module, address); !place.empty()) {
+    return text + place;
   }
   const char* const object =
       dwfl_module_info(module, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
