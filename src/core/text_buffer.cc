@@ -10,9 +10,12 @@ void TextBuffer::EndLine(std::size_t lines_to_come) {
   if (wanted <= text_.capacity() || lines_ < kLinesToJudgeBy) {
     return;
   }
-  // The sixteenth is for lines that are longer than those so far.
   const std::size_t to_come = (text_.size() + used_) / lines_ * lines_to_come;
-  text_.reserve(wanted + to_come + to_come / 16);
+  // A sixteenth for lines that are longer than those so far. The first lines may be much longer
+  // than the others too: if they promise a lot, the text is judged again after a part of it.
+  const std::size_t whole = wanted + to_come + to_come / 16;
+  const std::size_t part = whole / 16;
+  text_.reserve(part <= wanted ? whole : part);
 }
 
 }  // namespace cfm::core

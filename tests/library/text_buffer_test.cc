@@ -44,5 +44,20 @@ TEST(TextBuffer, TakesLittleMoreRoomThanManySimilarLinesNeed) {
   EXPECT_LT(text.capacity(), text.size() + text.size() / 8);
 }
 
+// The line of an association with many endpoint identifiers is much longer than that of an
+// endpoint.
+TEST(TextBuffer, DoesNotExpectAllLinesToBeAsLongAsTheFirst) {
+  constexpr std::size_t kLongLines = 300;
+  constexpr std::size_t kLines = 100000;
+  TextBuffer buffer;
+  for (std::size_t line = 1; line <= kLines; ++line) {
+    buffer.Add(std::string(line <= kLongLines ? 2000 : 100, 'x'));
+    buffer.EndLine(kLines - line);
+  }
+  const std::string text = std::move(buffer).Take();
+  EXPECT_EQ(text.size(), kLongLines * 2001 + (kLines - kLongLines) * 101);
+  EXPECT_LT(text.capacity(), 2 * text.size());
+}
+
 }  // namespace
 }  // namespace cfm::core
