@@ -32,7 +32,8 @@ void ClientImpl::UpdateConfig(const hierarchy& config) {
 
 // The text is released before anything else is built.
 void ClientImpl::LogDesiredConfig() const {
-  const std::string dump = core::HierarchyDump(*desired_hierarchy, InterfaceName);
+  const auto desired = desired_hierarchy;
+  const std::string dump = core::HierarchyDump(*desired, InterfaceName);
   Log<log_point::kApplyingConfig>(log_category);
   Log<log_point::kConfigDump>(log_category, dump.c_str());
 }

@@ -4,6 +4,7 @@
 
 #include <cfm/hierarchy.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -28,8 +29,8 @@ class Run {
 
 struct KeptMep {
   std::uint16_t key;
-  /// Equal to the `name` of the association that it lies in if, and only if, it is that very
-  /// string.
+  /// The names that the endpoint holds. Where `ma_name` equals the `name` of the association that
+  /// the endpoint lies in, it points to that very string, so that comparing the pointers tells.
   const std::string* ma_name;
   const std::string* md_name;
   st_maintenance_endpoint_cfg cfg;
@@ -73,13 +74,15 @@ class KeptHierarchy {
   void Reserve(const hierarchy& config);
   void Add(const hierarchy_md& md);
   void Add(std::uint16_t key, const hierarchy_mep& mep, const KeptMa& ma);
+  /// The usual name if the two are equal, else a copy of the name.
   const std::string* Keep(const std::string& name, const std::string& usual);
 
-  // None of them grows once it is filled: entries point to each other.
+  // Entries point to each other, so all room is made before the first of them.
   std::vector<KeptMd> mds_;
   std::vector<KeptMa> mas_;
   std::vector<KeptMep> meps_;
-  std::deque<std::string> other_names_;  // by which endpoints name other places than their own
+  // By which endpoints name other places than their own. A deque moves no string as it grows.
+  std::deque<std::string> other_names_;
 };
 
 }  // namespace cfm::core

@@ -236,6 +236,7 @@ int sepan_to_ifindex(sepan_port_t port, uint32_t* ifindex) {
 
 int sepan_to_intfname(sepan_port_t port, char* buffer, size_t size) {
   const Running running(Running::Code::Host);
+  RecordingHost::Current().on_port_name();
   const auto& interfaces = RecordingHost::Current().interfaces;
   const auto found = interfaces.find(port);
   if (found == interfaces.end()) {

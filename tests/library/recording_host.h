@@ -85,6 +85,7 @@ class RecordingHost {
   std::function<bool(const std::string& name)> registration_works = [](auto&) { return true; };
   std::function<void()> on_subscribe = [] {};
   std::function<void()> on_note = [] {};
+  std::function<void()> on_port_name = [] {};  // a port's name is asked for
   std::function<void(const std::string& signal, const std::string& payload)> on_send;
   std::map<sepan_port_t, std::string> interfaces = {{1, "eth1"}, {2, "eth2"}};
 
