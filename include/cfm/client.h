@@ -73,10 +73,15 @@ class CFM_API Client {
    * Each replaces the handler of its kind; null leaves that kind without one. The handler is
    * borrowed until it is replaced or the client is destroyed.
    * @{ */
+  /** Status and removal of MEPs, progress of linktraces, ends of sessions, the server's arrival. */
   virtual void RegisterStatusHandler(ReceivedStatusHandlerIntf* handler);
+  /** Statistics. */
   virtual void RegisterStatisticsHandler(ReceivedStatisticsHandlerIntf* handler);
+  /** Linktraces. */
   virtual void RegisterLinktraceHandler(ReceivedLinktraceHandlerIntf* handler);
+  /** Loopback tests. */
   virtual void RegisterLoopbackHandler(ReceivedLoopbackHandlerIntf* handler);
+  /** On-demand delay measurements. */
   virtual void RegisterDelayMeasurementHandler(ReceivedDelayMeasurementHandlerIntf* handler);
   /** @} */
 
@@ -125,8 +130,11 @@ class CFM_API Client {
    * come to the handler of its kind. While the server is absent the request is lost, and
    * nothing comes back.
    * @{ */
+  /** Sends one LTM; reports come to the status handler and to the linktrace handler. */
   virtual void LinktraceTrigger(const linktrace_trigger& trigger);
+  /** Sends LBMs; reports come to the loopback handler. */
   virtual void LoopbackTrigger(const loopback_trigger& trigger);
+  /** Sends DMMs; reports come to the delay-measurement handler. */
   virtual void DelayMeasurementTrigger(const delay_measurement_trigger& trigger);
   /** @} */
 

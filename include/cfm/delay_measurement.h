@@ -32,23 +32,23 @@ struct delay_measurement_trigger {
  * from the order on the wire.
  */
 struct DelayMeasurementSessionResult {
-  std::uint32_t s_word_1 = 0;
-  std::uint32_t s_word_2 = 0;
-  std::uint8_t s_byte = 0;
-  std::uint32_t s_word_3 = 0;
-  std::uint64_t s_wide_1 = 0;
-  std::uint64_t s_wide_2 = 0;
-  std::uint32_t s_word_4 = 0;
-  double s_real_1 = 0;
-  double s_real_2 = 0;
-  std::uint32_t s_word_5 = 0;
-  std::uint32_t s_word_6 = 0;
-  std::uint32_t s_word_7 = 0;
-  std::uint32_t s_word_8 = 0;
-  std::uint32_t s_word_9 = 0;
-  std::uint32_t s_word_10 = 0;
-  double s_real_3 = 0;
-  double s_real_4 = 0;
+  std::uint32_t s_word_1 = 0;   ///< The server's meaning.
+  std::uint32_t s_word_2 = 0;   ///< The server's meaning.
+  std::uint8_t s_byte = 0;      ///< The server's meaning; the low eight bits of the field.
+  std::uint32_t s_word_3 = 0;   ///< The server's meaning.
+  std::uint64_t s_wide_1 = 0;   ///< The server's meaning.
+  std::uint64_t s_wide_2 = 0;   ///< The server's meaning.
+  std::uint32_t s_word_4 = 0;   ///< The server's meaning.
+  double s_real_1 = 0;          ///< The server's meaning.
+  double s_real_2 = 0;          ///< The server's meaning.
+  std::uint32_t s_word_5 = 0;   ///< The server's meaning.
+  std::uint32_t s_word_6 = 0;   ///< The server's meaning.
+  std::uint32_t s_word_7 = 0;   ///< The server's meaning.
+  std::uint32_t s_word_8 = 0;   ///< The server's meaning.
+  std::uint32_t s_word_9 = 0;   ///< The server's meaning.
+  std::uint32_t s_word_10 = 0;  ///< The server's meaning.
+  double s_real_3 = 0;          ///< The server's meaning.
+  double s_real_4 = 0;          ///< The server's meaning.
 };
 
 }  // namespace cfm

@@ -114,9 +114,13 @@ class CFM_API ReceivedLinktraceHandlerIntf {
   /**
    * The server sent an LTM.
    *
+   * @param md_name            maintenance domain of the local MEP
+   * @param ma_name            maintenance association of the local MEP
+   * @param mep_id             local MEP that sent the LTM
    * @param transaction_id     the LTM's transaction identifier; the replies and the end of
    *                           this linktrace carry it
    * @param target_mac         address of the remote MEP, as the server resolved it
+   * @param remote_mep_id      remote MEP that the LTM is for
    * @param has_started_value  whether the server sent @p started_value
    * @param started_value      the server's meaning; 0 when it sent none
    */
@@ -157,6 +161,7 @@ class CFM_API ReceivedLoopbackHandlerIntf {
   /**
    * A test ended; the counts are the server's final ones.
    *
+   * @param request_id             that of the trigger
    * @param expected_replies       LBMs that were to be answered
    * @param in_order_replies       LBRs received in sequence
    * @param out_of_order_replies   LBRs received out of sequence
@@ -187,9 +192,15 @@ class CFM_API ReceivedDelayMeasurementHandlerIntf {
   /**
    * A measurement ended.
    *
+   * @param request_id   that of the trigger
    * @param rx_count     DMRs received
    * @param tx_count     DMMs sent
    * @param result_1     the first of six results, whose meaning and units are the server's
+   * @param result_2     the second one
+   * @param result_3     the third one
+   * @param result_4     the fourth one
+   * @param result_5     the fifth one
+   * @param result_6     the sixth one
    * @param extra_count  a further count of the server's meaning
    */
   virtual void OnDelayMeasurementEnded(std::uint32_t request_id, std::uint64_t rx_count,

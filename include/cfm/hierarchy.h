@@ -29,75 +29,75 @@ namespace cfm {
 
 /** How an MD's name is to be read (dot1agCfmMaintDomainNameType). */
 enum class MdNameFormat : std::int32_t {
-  None = 1,
-  DnsLike = 2,
-  MacAndUint = 3,
-  CharString = 4,
+  None = 1,        ///< CCMs carry no domain name.
+  DnsLike = 2,     ///< A name of the domain name system.
+  MacAndUint = 3,  ///< A MAC address and a 16-bit number.
+  CharString = 4,  ///< Text.
 };
 
 /** How an MA's short name is to be read (dot1agCfmMaintAssocNameType). */
 enum class MaNameFormat : std::int32_t {
-  PrimaryVid = 1,
-  CharString = 2,
-  Uint16 = 3,
-  Rfc2685VpnId = 4,
-  IccBased = 32,
-  IccAndCountryCode = 33,
+  PrimaryVid = 1,          ///< The primary VID.
+  CharString = 2,          ///< Text.
+  Uint16 = 3,              ///< A 16-bit number.
+  Rfc2685VpnId = 4,        ///< A VPN identifier of RFC 2685.
+  IccBased = 32,           ///< An ITU carrier code and a code of the carrier's own (Y.1731).
+  IccAndCountryCode = 33,  ///< The same behind a country code (Y.1731).
 };
 
 /** What the Sender ID TLV of transmitted frames holds (dot1agCfmIdPermission). */
 enum class SenderIdTlvContent : std::int32_t {
-  None = 1,
-  Chassis = 2,
-  Manage = 3,
-  ChassisManage = 4,
+  None = 1,           ///< No Sender ID TLV is sent.
+  Chassis = 2,        ///< The chassis identifier.
+  Manage = 3,         ///< The management address.
+  ChassisManage = 4,  ///< Both.
   /** As the enclosing MD has it; for an MA only. */
   Defer = 5,
 };
 
 /** Whether MIP half functions are created (dot1agCfmMhfCreation). */
 enum class MhfCreationMode : std::int32_t {
-  None = 1,
-  Default = 2,
-  Explicit = 3,
+  None = 1,      ///< None is created.
+  Default = 2,   ///< On ports without a lower level, and above a MEP of the next lower one.
+  Explicit = 3,  ///< Above a MEP of the next lower level only.
   /** As the enclosing MD has it; for an MA only. */
   Defer = 4,
 };
 
 /** Interval between CCMs, as it is coded on the wire too (dot1agCfmCcmInterval). */
 enum class CcmInterval : std::int32_t {
-  Invalid = 0,
-  Interval300Hz = 1,  ///< 3.33 ms
-  Interval10ms = 2,
-  Interval100ms = 3,
-  Interval1s = 4,  ///< the standard's default
-  Interval10s = 5,
-  Interval1min = 6,
-  Interval10min = 7,
+  Invalid = 0,        ///< No interval; not to be configured.
+  Interval300Hz = 1,  ///< 3.33 ms.
+  Interval10ms = 2,   ///< 10 ms.
+  Interval100ms = 3,  ///< 100 ms.
+  Interval1s = 4,     ///< 1 s, the standard's default.
+  Interval10s = 5,    ///< 10 s.
+  Interval1min = 6,   ///< 1 min.
+  Interval10min = 7,  ///< 10 min.
 };
 
 /** The way a MEP faces (dot1agCfmMpDirection). */
 enum class MepDirection : std::int32_t {
-  Down = 1,
-  Up = 2,
+  Down = 1,  ///< Towards the port's own LAN.
+  Up = 2,    ///< Into the bridge.
 };
 
 /** The lowest-priority defect that may raise a fault alarm (dot1agCfmLowestAlarmPri). */
 enum class Defects : std::uint8_t {
-  All = 1,
+  All = 1,  ///< RDI, and what the next one has.
   /** MAC status, remote CCM, error CCM, cross-connect CCM: the standard's default. */
   MacRemoteErrorXcon = 2,
-  RemoteErrorXcon = 3,
-  ErrorXcon = 4,
-  Xcon = 5,
-  None = 6,
+  RemoteErrorXcon = 3,  ///< Remote CCM, error CCM, cross-connect CCM.
+  ErrorXcon = 4,        ///< Error CCM, cross-connect CCM.
+  Xcon = 5,             ///< Cross-connect CCM.
+  None = 6,             ///< No alarm at all.
 };
 
 /** What the server does to a MEP's port while the MEP reports a fault. */
 enum class FaultAction : std::int32_t {
-  None = 0,
-  Block = 1,
-  Shutdown = 2,
+  None = 0,      ///< Nothing.
+  Block = 1,     ///< It is blocked.
+  Shutdown = 2,  ///< It is shut down.
 };
 
 /**
@@ -154,12 +154,22 @@ struct st_maintenance_endpoint_cfg {
 
 /** Settings of a maintenance association. */
 struct CFM_API st_maintenance_association_cfg {
+  /** @name Values
+   * Zero, false and empty by default; copies own what they hold.
+   * @{ */
+  /** Settings of zeros without VIDs and MEPs. */
   st_maintenance_association_cfg() = default;
+  /** A copy with lists of its own. */
   st_maintenance_association_cfg(const st_maintenance_association_cfg&) = default;
+  /** Takes the other's lists over. */
   st_maintenance_association_cfg(st_maintenance_association_cfg&&) = default;
+  /** Replaces all settings by copies. */
   st_maintenance_association_cfg& operator=(const st_maintenance_association_cfg&) = default;
+  /** Replaces all settings, taking the other's lists over. */
   st_maintenance_association_cfg& operator=(st_maintenance_association_cfg&&) = default;
+  /** Frees what the settings own. */
   ~st_maintenance_association_cfg();
+  /** @} */
 
   /** Name format. Sent when the MA is created only: a change alone sends nothing. */
   MaNameFormat format{};

@@ -43,6 +43,7 @@ struct probe_cfg {
 inline bool operator==(const session_cfg& a, const session_cfg& b) {
   return a.count == b.count && a.interval == b.interval && a.size == b.size && a.pcp == b.pcp;
 }
+/** Two sessions differ when any of their members does. */
 inline bool operator!=(const session_cfg& a, const session_cfg& b) { return !(a == b); }
 
 /** Two probes are equal when all their members are, the sessions included. */
@@ -50,6 +51,7 @@ inline bool operator==(const probe_cfg& a, const probe_cfg& b) {
   return a.id == b.id && a.interval == b.interval && a.md == b.md && a.ma == b.ma &&
          a.lmep == b.lmep && a.rmep == b.rmep && a.sessions == b.sessions;
 }
+/** Two probes differ when any of their members does, the sessions included. */
 inline bool operator!=(const probe_cfg& a, const probe_cfg& b) { return !(a == b); }
 
 /** The whole probe configuration. */

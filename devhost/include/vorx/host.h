@@ -166,8 +166,10 @@ void vorx_stop(vorx_t* handle, int status);
  * process arrive in the order in which they were published, also relative to its
  * signals.
  *
- * @param data  the bytes to carry, copied before the call returns; may be null when
- *              @p length is 0
+ * @param handle  the handle to publish on
+ * @param data    the bytes to carry, copied before the call returns; may be null when
+ *                @p length is 0
+ * @param length  number of bytes in @p data
  * @return 0, or a negative error number; see above for -ETIMEDOUT
  */
 int vorx_event_publish(vorx_t* handle, const vorx_event_descriptor*, const void* data,

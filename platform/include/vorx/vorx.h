@@ -29,8 +29,11 @@ typedef struct vorx vorx_t;
 /** Identifier of a running process. 0 stands for no process. */
 typedef int32_t vorx_pid_t;
 
+/** A watch for the presence of a process: vorx_proc_subscribe(). The middleware owns it. */
 typedef struct vorx_subscription vorx_subscription_t;
+/** A callback for a signal: vorx_sig_register_sized(). The middleware owns it. */
 typedef struct vorx_registration vorx_registration_t;
+/** A callback for an event: vorx_event_register_sized(). The middleware owns it. */
 typedef struct vorx_eventreg vorx_eventreg_t;
 
 /** The logging category of zlog, as its own header declares it. */
@@ -116,6 +119,7 @@ void vorx_event_deregister(vorx_eventreg_t** registration);
  * @param destination  the process to send to; 0 reaches nobody
  * @param data         the bytes to carry, copied before the call returns; may be
  *                     null when @p length is 0
+ * @param length       number of bytes in @p data
  * @return 0, or a negative error number
  */
 int vorx_sig_send(vorx_t*, const vorx_pid_t* destination, const vorx_sig_descriptor*,
