@@ -108,8 +108,10 @@ class Site:
             sys.exit(f"{page}: no statement that diagrams here have: {unknown}")
 
     def heading(self, page, match, anchor):
-        label = page_id(page) if anchor == self.anchors[page][0] else anchor_id(page, anchor)
-        return f"{match[1]} {plain(match[2])} {{#{label}}}"
+        if anchor != self.anchors[page][0]:
+            return f"{match[1]} {plain(match[2])} {{#{anchor_id(page, anchor)}}}"
+        contents = "" if page == "README.md" else "\n\n[TOC]\n"
+        return f"{match[1]} {plain(match[2])} {{#{page_id(page)}}}{contents}"
 
     def convert(self, page):
         """A page as Doxygen takes it."""
