@@ -12,6 +12,9 @@ SHAPES = {
     ("[", "]"): "box",
 }
 
+# Pixels of a sequence diagram for each participant.
+WIDTH = 320
+
 PARTICIPANT = re.compile(r"participant (\w+)(?: as (.+))?$")
 MESSAGE = re.compile(r"(\w+)(-{1,2}>>)(\w+): (.+)$")
 NOTE = re.compile(r"Note over (\w+)(?:,\s*(\w+))?: (.+)$")
@@ -25,7 +28,9 @@ class UnknownStatement(Exception):
 
 
 def quoted(text):
-    text = text.strip('"').replace('"', "'")
+    if text[0] == text[-1] == '"':
+        text = text[1:-1]
+    text = text.replace('"', "'")
     return '"' + re.sub(r"<br/?>", r"\\n", text) + '"'
 
 
@@ -45,7 +50,8 @@ def sequence(lines):
             arcs.append(f"{first} note {last or first} [label={quoted(text)}];")
         else:
             raise UnknownStatement(line)
-    head = ['hscale="auto", wordwraparcs=on;', ", ".join(participants) + ";"]
+    # Wide enough for the longest line of any text between two of them.
+    head = [f'width="{WIDTH * len(participants)}";', ", ".join(participants) + ";"]
     return ["\\msc", *head, *arcs, "\\endmsc"]
 
 

@@ -37,6 +37,18 @@ def slug(heading):
     return kept.replace(" ", "-")
 
 
+def read(path):
+    """The lines of a file. A manual page becomes a page as the others are."""
+    text = Path(path).read_text()
+    if path.startswith("docs/man/"):
+        name, section = Path(path).stem.rsplit(".", 1)
+        text = re.sub(r"\A(\w+:.*\n)+", f"# {name}({section})\n", text)
+        text = re.sub(r"^# (?=[A-Z])", "## ", text, flags=re.MULTILINE)
+        # A term and its definition as an item of a list.
+        text = re.sub(r"^(\S.*)\n\n?: +", r"- \1<br>", text, flags=re.MULTILINE)
+    return text.splitlines()
+
+
 def page_id(path):
     return "mainpage" if path == "README.md" else re.sub(r"\W+", "-", path[: -len(".md")])
 
@@ -63,7 +75,7 @@ def with_fences(lines):
 def headings(path):
     """The anchors of a page's headings, in order; a repeated one is numbered, as forges do."""
     anchors, seen = [], {}
-    for line, language in with_fences(Path(path).read_text().splitlines()):
+    for line, language in with_fences(read(path)):
         match = HEADING.match(line) if language is None else None
         if match:
             name = slug(match[2])
@@ -116,7 +128,7 @@ class Site:
     def convert(self, page):
         """A page as Doxygen takes it."""
         anchors = iter(self.anchors[page])
-        lines = Path(page).read_text().splitlines()
+        lines = read(page)
         out = []
         for language, block in itertools.groupby(with_fences(lines), key=lambda pair: pair[1]):
             text = [line for line, _ in block]
