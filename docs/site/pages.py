@@ -10,7 +10,7 @@ links to them; README.md is the main page. OUTPUT/files receives the other files
 - links to pages become references, links to other files lead to their copies, as text;
 - Mermaid diagrams become diagrams that Doxygen draws.
 
-A link that leads nowhere is left as it is: the link check finds it.
+A link that leads nowhere becomes one to a copy that is not there: the link check finds it.
 """
 import itertools
 import os
@@ -102,12 +102,11 @@ class Site:
             return f"[{text}](@ref {anchor_id(path, fragment)})"
         if os.path.isdir(path):
             return text
-        if not os.path.isfile(path):
-            return match[0]
         copy = f"files/{path}" + ("" if image else ".txt")
-        (self.output / copy).parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy(path, self.output / copy)
-        return f'{image}[{text}]({copy})'
+        if os.path.isfile(path):
+            (self.output / copy).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(path, self.output / copy)
+        return f"{image}[{text}]({copy})"
 
     def prose(self, page, lines):
         """Text outside of code, its links replaced; a link may go over the end of a line."""
