@@ -97,7 +97,7 @@ class Site:
         file, _, fragment = target.partition("#")
         path = os.path.normpath(os.path.join(os.path.dirname(page), file)) if file else page
         if path in self.anchors:
-            if fragment in ("", self.anchors[path][0]):
+            if fragment in ("", *self.anchors[path][:1]):
                 return f"[{text}](@ref {page_id(path)})"
             return f"[{text}](@ref {anchor_id(path, fragment)})"
         if os.path.isdir(path):
