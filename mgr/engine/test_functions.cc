@@ -3,7 +3,8 @@
 namespace cfm_mgr::engine {
 
 TestFunctions::TestFunctions(Context& context, const MepTable& table)
-    : table_(table),
+    : context_(context),
+      table_(table),
       mips_(table),
       responders_(context, table, mips_),
       delay_runs_(context),
@@ -15,20 +16,23 @@ void TestFunctions::TakeAtMep(Time now, LocalMep& mep, const pdu::Header& header
   const MepSettings& settings = mep.settings();
   const AnsweringMp mp{settings.port,  settings.side, mep.mac(),
                        settings.level, true,          mep.sender_id()};
+  bool taken = false;
   switch (const auto opcode = static_cast<pdu::Opcode>(header.opcode)) {
     case pdu::Opcode::Lbm:
-      responders_.TakeLbm(now, mp, frame);
-      return;
+      taken = responders_.TakeLbm(now, mp, frame);
+      break;
     case pdu::Opcode::Dmm:
-      responders_.TakeDmm(now, mp, frame);
-      return;
+      taken = responders_.TakeDmm(now, mp, frame);
+      break;
     case pdu::Opcode::Ltm:
-      responders_.TakeLtm(now, mp, frame);
-      return;
+      taken = responders_.TakeLtm(now, mp, frame);
+      break;
     default:
-      // Those for others end here too, but they are no replies to this MEP.
-      if (frame.destination == mep.mac()) TakeReply(now, mep, opcode, frame);
+      taken = frame.destination == mep.mac();
+      if (taken) TakeReply(now, mep, opcode, frame);
   }
+  // Those for others end here too.
+  if (!taken) ++context_.drops.unexpected;
 }
 
 void TestFunctions::TakeReply(Time now, const LocalMep& mep, pdu::Opcode opcode,

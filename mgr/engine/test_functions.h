@@ -62,6 +62,7 @@ class TestFunctions {
  private:
   void TakeReply(Time now, const LocalMep& mep, pdu::Opcode opcode, const Frame& frame);
 
+  Context& context_;
   const MepTable& table_;
   MipTable mips_;
   Responders responders_;

@@ -210,6 +210,7 @@ TEST_F(DelayMeasurementTest, IsAnsweredToAMepsOwnAddressAlone) {
   line_.Last().Receive(kLeft, Side::Wire, dmm);
   dmm.destination = {2, 0, 0, 0, 0, 99};
   line_.Last().Receive(kLeft, Side::Wire, dmm);
+  EXPECT_EQ(2U, line_.Last().engine().drops().unexpected);
   dmm.destination = line_.LastMepMac();
   dmm.source[0] |= 1U;
   line_.Last().Receive(kLeft, Side::Wire, dmm);

@@ -124,14 +124,19 @@ TEST_F(LoopbackTest, CountsRepliesToNoTest) {
   EXPECT_THAT(tests().loopback_replies, SizeIs(1));
 }
 
-TEST_F(LoopbackTest, LeavesRepliesToOtherStationsAlone) {
+TEST_F(LoopbackTest, CountsRequestsAndRepliesToOtherStations) {
   Start(line_.Loopback(7, 1));
   line_.network.Run(Time{});
   Frame reply = SentBy(line_.Last(), Opcode::Lbr).at(0).frame;
   reply.destination[5] ^= 0x40U;
   line_.First().Receive(kRight, Side::Wire, reply);
   EXPECT_THAT(tests().loopback_replies, SizeIs(1));
-  EXPECT_EQ(0U, line_.engine().drops().unexpected);
+  EXPECT_EQ(1U, line_.engine().drops().unexpected);
+  Frame request = SentBy(line_.First(), Opcode::Lbm).at(0).frame;
+  request.destination[5] ^= 0x40U;
+  line_.Last().Receive(kLeft, Side::Wire, request);
+  EXPECT_THAT(SentBy(line_.Last(), Opcode::Lbr), SizeIs(1));
+  EXPECT_EQ(1U, line_.Last().engine().drops().unexpected);
 }
 
 TEST_F(LoopbackTest, CountsMalformedRequestsAndReplies) {
