@@ -27,6 +27,12 @@ std::uint32_t PrimaryVid(const AssociationSettings& association, const Mep& mep)
   return association.vids.front();
 }
 
+/** There is no tag inside of none. */
+ServiceTags Service(const AssociationSettings& association, const Mep& mep) {
+  const std::uint16_t vid = Vid(PrimaryVid(association, mep));
+  return {vid, vid == 0 ? std::uint16_t{0} : Vid(mep.inner_vid)};
+}
+
 std::vector<std::uint16_t> TakenVids(const AssociationSettings& association, std::uint16_t own) {
   std::vector<std::uint16_t> vids{own};
   for (const std::uint32_t vid : association.vids) vids.push_back(Vid(vid));
@@ -93,7 +99,7 @@ MepSettings ResolveMep(const MaKey& ma, const DomainSettings& domain,
   settings.port = mep.ifindex;
   settings.side = mep.direction == kUp ? Side::Relay : Side::Wire;
   settings.level = static_cast<std::uint8_t>(domain.level & pdu::kMaxLevel);
-  settings.service = {Vid(PrimaryVid(common, mep)), Vid(mep.inner_vid)};
+  settings.service = Service(common, mep);
   settings.vids = TakenVids(common, settings.service.vid);
   settings.active = mep.admin_state;
   settings.ccm_enabled = mep.ccm_enabled;

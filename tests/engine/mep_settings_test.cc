@@ -33,7 +33,9 @@ TEST(MepSettings, TakeTheAssociationsFirstVidUnlessTheMepHasItsOwn) {
 TEST(MepSettings, HaveNoTagWithoutVids) {
   Association association = WithMep(SampleAssociation(), 1, SampleMep());
   association.settings.vids.clear();
+  association.meps[1].inner_vid = 7;
   EXPECT_EQ(0, Resolve(association).service.vid);
+  EXPECT_EQ(0, Resolve(association).service.inner_vid) << "no tag to be inside of";
   EXPECT_THAT(Resolve(association).vids, ElementsAre(0));
 }
 
