@@ -22,8 +22,6 @@ constexpr std::uint8_t kLastGroup = 0x3f;
 constexpr std::size_t kEtherTypeAt = 12;
 
 constexpr std::size_t kSendBatch = 64;
-// More than four thousand endpoints at a time have to say.
-constexpr std::size_t kMaxBacklog = 16384;
 // Room for as many frames while the process does not run.
 constexpr int kReceiveBuffer = 8 << 20;
 
@@ -168,13 +166,7 @@ void PacketSocket::TakeIn(const mmsghdr& message, const StampClock& clock,
 }
 
 void PacketSocket::Send(const engine::Frame& frame) {
-  Kept kept{octets_.size(), 0};
-  if (backlog_.size() < kMaxBacklog) kept.size = EncodeFrame(frame, octets_);
-  if (kept.size == 0) {
-    ++counters_.unsent;
-  } else {
-    backlog_.push_back(kept);
-  }
+  if (!backlog_.Push(frame)) ++counters_.unsent;
 }
 
 bool PacketSocket::Flush() {
@@ -185,7 +177,7 @@ bool PacketSocket::Flush() {
       counters_.sent += static_cast<std::uint64_t>(count);
       first += static_cast<std::size_t>(count);
     } else if (errno == EAGAIN) {
-      Forget(first);
+      backlog_.Pop(first);
       return false;
     } else if (errno == ENETDOWN || errno == ENXIO || errno == ENODEV) {
       counters_.unsent += backlog_.size() - first;
@@ -195,7 +187,7 @@ bool PacketSocket::Flush() {
       ++first;
     }
   }
-  Forget(backlog_.size());
+  backlog_.Pop(backlog_.size());
   return true;
 }
 
@@ -205,27 +197,17 @@ int PacketSocket::SendSome(std::size_t first) {
   std::array<mmsghdr, kSendBatch> messages{};
   const std::size_t count = std::min(kSendBatch, backlog_.size() - first);
   for (std::size_t i = 0; i < count; ++i) {
-    const Kept& kept = backlog_[first + i];
-    std::uint8_t* octets = octets_.data() + kept.begin;
+    std::uint8_t* octets = backlog_.OctetsOf(first + i);
     addresses[i].sll_family = AF_PACKET;
     addresses[i].sll_ifindex = static_cast<int>(interface_);
     std::memcpy(&addresses[i].sll_protocol, octets + kEtherTypeAt, sizeof(std::uint16_t));
-    vectors[i] = {octets, kept.size};
+    vectors[i] = {octets, backlog_.SizeOf(first + i)};
     messages[i].msg_hdr.msg_name = &addresses[i];
     messages[i].msg_hdr.msg_namelen = sizeof addresses[i];
     messages[i].msg_hdr.msg_iov = &vectors[i];
     messages[i].msg_hdr.msg_iovlen = 1;
   }
   return sendmmsg(socket_.get(), messages.data(), static_cast<unsigned int>(count), MSG_DONTWAIT);
-}
-
-void PacketSocket::Forget(std::size_t count) {
-  if (count == backlog_.size()) {
-    backlog_.clear();
-    octets_.clear();
-  } else {
-    backlog_.erase(backlog_.begin(), backlog_.begin() + static_cast<std::ptrdiff_t>(count));
-  }
 }
 
 }  // namespace cfm_mgr::net

@@ -19,6 +19,7 @@
 #include "net/frame_codec.h"
 #include "net/packet/clock.h"
 #include "net/packet/file_descriptor.h"
+#include "net/packet/frame_queue.h"
 
 namespace cfm_mgr::net {
 
@@ -104,21 +105,14 @@ class PacketSocket {
   const PortCounters& counters() const { return counters_; }
 
  private:
-  struct Kept {
-    std::size_t begin = 0;
-    std::size_t size = 0;
-  };
-
   void SetOptions();
   void JoinGroups();
   void TakeIn(const mmsghdr& message, const StampClock& clock, std::vector<ReceivedFrame>& out);
   int SendSome(std::size_t first);
-  void Forget(std::size_t count);
 
   engine::PortId interface_;
   FileDescriptor socket_;
-  std::vector<std::uint8_t> octets_;  ///< Of the frames that are kept.
-  std::vector<Kept> backlog_;
+  FrameQueue backlog_;
   PortCounters counters_;
 };
 
