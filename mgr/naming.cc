@@ -1,5 +1,7 @@
 #include "naming.h"
 
+#include "pdu/maid.h"
+
 namespace cfm_mgr {
 namespace {
 
@@ -19,8 +21,9 @@ void AddFault(std::string& faults, const std::string& fault) {
 }  // namespace
 
 std::string FaultOfMaid(const std::string& md_name, std::int32_t md_format,
-                        const std::string& ma_name) {
-  const std::size_t both = md_name.size() + ma_name.size();
+                        const std::string& ma_name, std::int32_t ma_format) {
+  const std::size_t both =
+      pdu::MdNameOctets(md_format, md_name) + pdu::MaNameOctets(ma_format, ma_name);
   if (md_format == kMdNameFormatNone || both <= kMaxBothNames) return {};
   return "names of domain and association are " + Octets(both) +
          " long together: expected at most " + std::to_string(kMaxBothNames);

@@ -21,9 +21,9 @@ inline constexpr std::size_t kMaxMdName = 43;
 inline constexpr std::size_t kMaxMaName = 45;
 inline constexpr std::size_t kMaxBothNames = 44;
 
-/** The reason against an MA's name in an MD of this name and name format, or nothing. */
+/** The reason against an MA's name in an MD, each of a name format, or nothing. */
 std::string FaultOfMaid(const std::string& md_name, std::int32_t md_format,
-                        const std::string& ma_name);
+                        const std::string& ma_name, std::int32_t ma_format);
 
 /** The entity that a request names. */
 struct Naming {

@@ -7,6 +7,7 @@
 #include "convert.h"
 #include "fields.h"
 #include "naming.h"
+#include "pdu/maid.h"
 
 namespace cfm_mgr {
 namespace {
@@ -132,7 +133,8 @@ void DemandNames(const Tree& tree, const std::string& md_name, const DomainSetti
   const auto there = tree.domains.find(md_name);
   if (there == tree.domains.end() || there->second.settings.format == settings.format) return;
   for (const auto& entry : there->second.associations) {
-    const std::string fault = FaultOfMaid(md_name, settings.format, entry.first);
+    const std::string fault =
+        FaultOfMaid(md_name, settings.format, entry.first, entry.second.settings.format);
     if (!fault.empty()) throw Refusal{"association " + Quote(entry.first) + ": " + fault};
   }
 }
@@ -174,9 +176,14 @@ Outcome Store::Apply(const client_server::OpCreateMaintenanceAssociation& reques
   return Judge(NameMa(request), [this, &request](Outcome& outcome) {
     const AssociationSettings settings = Checked(request);
     Domain& domain = DomainOf(tree_, request);
-    Demand(FaultOfMaid(request.md_name(), domain.settings.format, request.ma_name()));
+    Demand(
+        FaultOfMaid(request.md_name(), domain.settings.format, request.ma_name(), settings.format));
     const auto [entry, created] = domain.associations.try_emplace(request.ma_name());
     Put(outcome, created, entry->second.settings, settings);
+    if (!pdu::EncodeMaid(domain.settings.format, request.md_name(), settings.format,
+                         request.ma_name())) {
+      outcome.text += ", but the names are not as their formats ask: its endpoints stay inactive";
+    }
     if (outcome.changed) outcome.reset_ma = MaKeyOf(request);
   });
 }

@@ -49,10 +49,10 @@ Name AsUint16(std::string_view name) { return AsTwoOctets(name, 65535); }
 Name AsIcc(std::string_view name) { return AsPaddedText(name, 13); }
 Name AsIccWithCountry(std::string_view name) { return AsPaddedText(name, 15); }
 
-/** `aa:bb:cc:dd:ee:ff-1234` */
+/** `aa:bb:cc:dd:ee:ff/1234` */
 Name AsMacAndNumber(std::string_view name) {
   constexpr std::size_t kMacText = 17;
-  if (name.size() <= kMacText || name[kMacText] != '-') return std::nullopt;
+  if (name.size() <= kMacText || name[kMacText] != '/') return std::nullopt;
   std::vector<std::uint8_t> octets;
   Writer writer(octets);
   for (std::size_t at = 0; at < kMacText; at += 3) {
@@ -85,19 +85,37 @@ Name AsVpnId(std::string_view name) {
 
 struct Format {
   std::int32_t code;
+  std::size_t size;  ///< Octets of every name; 0: as many as the text has.
   Name (*convert)(std::string_view name);
 };
 
-constexpr std::array<Format, 3> kMdFormats{{{2, AsText}, {3, AsMacAndNumber}, {4, AsText}}};
-constexpr std::array<Format, 6> kMaFormats{
-    {{1, AsVid}, {2, AsText}, {3, AsUint16}, {4, AsVpnId}, {32, AsIcc}, {33, AsIccWithCountry}}};
+constexpr std::array<Format, 3> kMdFormats{
+    {{2, 0, AsText}, {3, 8, AsMacAndNumber}, {4, 0, AsText}}};
+constexpr std::array<Format, 6> kMaFormats{{{1, 2, AsVid},
+                                            {2, 0, AsText},
+                                            {3, 2, AsUint16},
+                                            {4, 7, AsVpnId},
+                                            {32, 13, AsIcc},
+                                            {33, 15, AsIccWithCountry}}};
+
+template <std::size_t Size>
+const Format* Find(const std::array<Format, Size>& formats, std::int32_t code) {
+  const auto found = std::find_if(formats.begin(), formats.end(),
+                                  [code](const Format& format) { return format.code == code; });
+  return found == formats.end() ? nullptr : found;
+}
 
 template <std::size_t Size>
 Name Convert(const std::array<Format, Size>& formats, std::int32_t code, std::string_view name) {
-  for (const Format& format : formats) {
-    if (format.code == code) return format.convert(name);
-  }
-  return std::nullopt;
+  const Format* const format = Find(formats, code);
+  return format == nullptr ? std::nullopt : format->convert(name);
+}
+
+template <std::size_t Size>
+std::size_t NameOctets(const std::array<Format, Size>& formats, std::int32_t code,
+                       std::string_view name) {
+  const Format* const format = Find(formats, code);
+  return format == nullptr || format->size == 0 ? name.size() : format->size;
 }
 
 /** Appends format, length and name. */
@@ -130,6 +148,14 @@ Decoded<Maid> EncodeMaid(std::int32_t md_format, std::string_view md_name, std::
   Maid maid{};
   std::copy(octets.begin(), octets.end(), maid.begin());
   return maid;
+}
+
+std::size_t MdNameOctets(std::int32_t format, std::string_view name) {
+  return format == kNoMdName ? 0 : NameOctets(kMdFormats, format, name);
+}
+
+std::size_t MaNameOctets(std::int32_t format, std::string_view name) {
+  return NameOctets(kMaFormats, format, name);
 }
 
 bool IsWellFormed(const Maid& maid) {

@@ -9,7 +9,7 @@
  * |------------------------|-----------------------------------------------------------------|
  * | none 1                 | not in the MAID                                                 |
  * | DNS-like 2             | its octets, 1 to 43                                             |
- * | MAC address + uint16 3 | `aa:bb:cc:dd:ee:ff-1234`: hexadecimal octets, a decimal number  |
+ * | MAC address + uint16 3 | `aa:bb:cc:dd:ee:ff/1234`: hexadecimal octets, a decimal number  |
  * | character string 4     | its octets, 1 to 43                                             |
  *
  * | association name format | name                                                           |
@@ -46,6 +46,13 @@ using Maid = std::array<std::uint8_t, kMaidSize>;
  */
 Decoded<Maid> EncodeMaid(std::int32_t md_format, std::string_view md_name, std::int32_t ma_format,
                          std::string_view ma_name);
+
+/** @name Octets that a name of a format takes in the MAID
+ * As many as its own, unless its format has a size that is fixed.
+ * @{ */
+std::size_t MdNameOctets(std::int32_t format, std::string_view name);
+std::size_t MaNameOctets(std::int32_t format, std::string_view name);
+/** @} */
 
 /** Whether the lengths that a received MAID states are lengths that it can have. */
 bool IsWellFormed(const Maid& maid);

@@ -398,6 +398,31 @@ TEST_F(StoreTest, NamesMustFitIntoTheMaid) {
   EXPECT_EQ(ReasonAgainst(CreateMa("D1", "")), "ma_name is 0 octets long: expected 1 to 45");
 }
 
+TEST_F(StoreTest, NamesTakeTheRoomThatTheirFormatsHave) {
+  const std::string mac_and_number = "02:00:5e:00:00:01/65535";  // 8 octets
+  auto md = CreateMd(mac_and_number);
+  md.set_format(3);
+  Done(md);
+  Done(CreateMa(mac_and_number, std::string(36, 'a')));
+  EXPECT_THAT(ReasonAgainst(CreateMa(mac_and_number, std::string(37, 'a'))),
+              HasSubstr("45 octets long together"));
+  Done(CreateMd(std::string(31, 'd')));
+  auto icc = CreateMa(std::string(31, 'd'), "ACME");  // 13 octets
+  icc.set_format(32);
+  Done(icc);
+  icc.set_format(33);  // 15 octets
+  EXPECT_THAT(ReasonAgainst(icc), HasSubstr("46 octets long together"));
+}
+
+TEST_F(StoreTest, SaysThatNamesAreNotAsTheirFormatsAsk) {
+  auto vid = CreateMa("D1", "100");
+  vid.set_format(1);
+  EXPECT_EQ(Done(vid).text, "created");
+  vid.set_ma_name("A100");
+  EXPECT_EQ(Done(vid).text,
+            "created, but the names are not as their formats ask: its endpoints stay inactive");
+}
+
 TEST_F(StoreTest, ADomainWithoutAnMdNameLeavesAllRoomToItsAssociations) {
   EXPECT_EQ(ReasonAgainst(CreateMd("")), "md_name is empty: expected a name, or format 1 (none)");
   auto request = CreateMd("");

@@ -8,6 +8,7 @@
 #include "core/config.h"
 #include "net/simulated/domains.h"
 #include "net/simulated/simulated_network.h"
+#include "pdu/maid.h"
 #include "recording_notifications.h"
 
 namespace cfm_mgr::net {
@@ -148,6 +149,34 @@ TEST(DescriptionReader, ReadsTheDomainsOfABridge) {
   EXPECT_EQ(mep.inner_vid, 11U);
   EXPECT_EQ(mep.ccm_priority, 5U);
   EXPECT_EQ(mep.fng_alarm_time, 250U);
+}
+
+// The names of every format, as the configuration files of the agent write them: those that stand
+// on the wire are made of them.
+TEST(DescriptionReader, TakesNamesThatMakeAMaidInEveryFormat) {
+  const std::vector<std::string> domains = {
+      "name: d, name-format: none", "name: d.example, name-format: dns-like",
+      "name: '02:00:5e:00:00:01/65535', name-format: mac-and-uint",
+      "name: d, name-format: char-string"};
+  const std::vector<std::string> associations = {
+      "name: '4094', name-format: primary-vid",
+      "name: m, name-format: char-string",
+      "name: '65535', name-format: uint16",
+      "name: '00163e:0000002a', name-format: rfc2685-vpn-id",
+      "name: ACMECOLINK, name-format: icc-based",
+      "name: NOACMECOLINK1, name-format: icc-and-country-code"};
+  for (const std::string& domain : domains) {
+    for (const std::string& association : associations) {
+      const auto result = Read(WithBridges("  - name: c\n    ports: [{name: p1}]\n    domains:\n") +
+                               "      - {" + domain + ", level: 4, associations: [{" + association +
+                               ", vids: [7], mep-ids: [1, 2]}]}\n");
+      ASSERT_TRUE(result.description) << cfm_agent::Describe("n.yaml", result.mistakes.front());
+      const auto& [md_name, md] = *result.description->bridges[2].domains.begin();
+      const auto& [ma_name, ma] = *md.associations.begin();
+      EXPECT_TRUE(pdu::EncodeMaid(md.settings.format, md_name, ma.settings.format, ma_name))
+          << domain << ", " << association;
+    }
+  }
 }
 
 struct WrongDescription {

@@ -39,7 +39,7 @@ TEST(Maid, HasEveryNameFormatAsInItsTable) {
       // Six octets of address, two of number: 4660 = 0x1234.
       {"MAC and number",
        3,
-       "00:1a:FF:03:04:05-4660",
+       "00:1a:FF:03:04:05/4660",
        2,
        "x",
        {3, 8, 0x00, 0x1a, 0xff, 0x03, 0x04, 0x05, 0x12, 0x34, 2, 1, 'x'}},
@@ -78,6 +78,11 @@ TEST(Maid, HasEveryNameFormatAsInItsTable) {
     const auto maid = EncodeMaid(c.md_format, c.md_name, c.ma_format, c.ma_name);
     ASSERT_TRUE(maid) << c.what;
     EXPECT_EQ(Filled(c.octets), *maid) << c.what;
+    // Two octets in front of each name, or one for no name.
+    const std::size_t before = c.md_format == 1 ? 3 : 4;
+    EXPECT_EQ(c.octets.size() - before,
+              MdNameOctets(c.md_format, c.md_name) + MaNameOctets(c.ma_format, c.ma_name))
+        << c.what;
     EXPECT_TRUE(IsWellFormed(*maid)) << c.what;
   }
 }
@@ -113,12 +118,12 @@ TEST(Maid, IsNotMadeOfNamesThatDoNotFitTheirFormats) {
       {4, "D", 0, "A"},                        // nor this
       {4, "D", 5, "A"},                        // nor this
       {3, "00:1a:ff:03:04:05", 2, "A"},        // no number
-      {3, "00:1a:ff:03:04:05-", 2, "A"},       // an empty one
-      {3, "00:1a:ff:03:04:05-65536", 2, "A"},  // one of 17 bits
-      {3, "00:1a:ff:03:04:05_1", 2, "A"},      // another sign between
-      {3, "00-1a-ff-03-04-05-1", 2, "A"},      // other signs between
-      {3, "0:1a:ff:03:04:05-12345", 2, "A"},   // one digit
-      {3, "00:1g:ff:03:04:05-1", 2, "A"},      // not a digit
+      {3, "00:1a:ff:03:04:05/", 2, "A"},       // an empty one
+      {3, "00:1a:ff:03:04:05/65536", 2, "A"},  // one of 17 bits
+      {3, "00:1a:ff:03:04:05-1", 2, "A"},      // another sign between
+      {3, "00-1a-ff-03-04-05/1", 2, "A"},      // other signs between
+      {3, "0:1a:ff:03:04:05/12345", 2, "A"},   // one digit
+      {3, "00:1g:ff:03:04:05/1", 2, "A"},      // not a digit
       {4, "D", 1, "4096"},                     // a VID of 13 bits
       {4, "D", 1, "-1"},                       // negative
       {4, "D", 1, "1 "},                       // more than a number
