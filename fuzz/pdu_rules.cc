@@ -9,6 +9,7 @@
 #include "pdu/delay.h"
 #include "pdu/linktrace.h"
 #include "pdu/loopback.h"
+#include "pdu_layout.h"
 #include "require.h"
 
 namespace cfm_fuzz {
@@ -80,6 +81,8 @@ void Check(const Ccm& ccm, OctetView /*octets*/) {
 }
 
 void Check(const Ais& ais, OctetView /*octets*/) {
+  Require(ais.period == kAisOneSecond || ais.period == kAisOneMinute,
+          "an accepted AIS has one of the two periods");
   RequireSurvives(ais, Encode(ais), DecodeAis, "AIS");
 }
 
@@ -133,6 +136,7 @@ bool Accepted(OctetView octets, Opcode opcode, Decode decode, Check check) {
   }
   Require(DecodeHeader(octets) && octets[1] == static_cast<std::uint8_t>(opcode),
           "a decoder takes its own opcode alone");
+  RequireLayout(octets);
   check(*decoded, octets);
   return true;
 }
