@@ -16,6 +16,8 @@ class RecordingNotifications : public engine::Notifications {
   std::vector<engine::LoopbackResult> loopback_results;
   std::vector<engine::DelayResult> delay_results;
   int linktraces_ended = 0;
+  int loopback_replies = 0;
+  int delay_replies = 0;
 
   void OnLocalMepChanged(const MepKey& /*mep*/) override {}
   void OnRemoteMepChanged(const MepKey& /*mep*/, std::uint32_t /*remote_mep_id*/) override {}
@@ -23,7 +25,9 @@ class RecordingNotifications : public engine::Notifications {
     alarms.push_back(defect_priority);
   }
   void OnLoopbackReply(std::uint32_t /*request_id*/, const engine::Mac& /*source*/,
-                       std::uint32_t /*transaction_id*/) override {}
+                       std::uint32_t /*transaction_id*/) override {
+    ++loopback_replies;
+  }
   void OnLoopbackEnded(std::uint32_t /*request_id*/,
                        const engine::LoopbackResult& result) override {
     loopback_results.push_back(result);
@@ -34,7 +38,9 @@ class RecordingNotifications : public engine::Notifications {
   void OnLinktraceEnded(const MepKey& /*mep*/, std::uint32_t /*transaction_id*/) override {
     ++linktraces_ended;
   }
-  void OnDelayReply(std::uint32_t /*request_id*/, const engine::Mac& /*source*/) override {}
+  void OnDelayReply(std::uint32_t /*request_id*/, const engine::Mac& /*source*/) override {
+    ++delay_replies;
+  }
   void OnDelayEnded(std::uint32_t /*request_id*/, const engine::DelayResult& result) override {
     delay_results.push_back(result);
   }
