@@ -71,11 +71,14 @@ void Capture::Finish() {
 std::vector<Fields> Capture::Decode(const std::string& filter,
                                     const std::vector<std::string>& fields) const {
   // A home of its own, because tshark does not always bear one that it may not read.
-  std::string command = "HOME=" + directory_.path() + " tshark -n -r " + File("wire.pcap") +
-                        " -Y '" + filter + "' -T fields";
-  for (const std::string& field : fields) command += " -e " + field;
-  command += " >" + File("decoded") + " 2>" + File("err");
-  EXPECT_EQ(std::system(command.c_str()), 0) << command << '\n' << cfm_test::ReadFile(File("err"));
+  std::vector<std::string> command = {"env",    "HOME=" + directory_.path(),
+                                      "tshark", "-n",
+                                      "-r",     File("wire.pcap"),
+                                      "-Y",     filter,
+                                      "-T",     "fields"};
+  for (const std::string& field : fields) command.insert(command.end(), {"-e", field});
+  EXPECT_EQ(cfm_test::ChildProcess(command, File("decoded"), File("err")).Wait(), 0)
+      << cfm_test::ReadFile(File("err"));
   std::vector<Fields> frames;
   for (const std::string& line : Split(cfm_test::ReadFile(File("decoded")), '\n')) {
     const std::vector<std::string> values = Split(line, '\t');
