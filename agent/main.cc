@@ -6,17 +6,21 @@
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <iostream>
 #include <memory>
 #include <optional>
 #include <system_error>
 
+#include "core/json_renderer.h"
 #include "core/text.h"
+#include "core/text_renderer.h"
 #include "shell/agent.h"
 #include "shell/console.h"
 #include "shell/file_reader.h"
 #include "shell/options.h"
 #include "shell/pipe_input.h"
 #include "shell/terminal.h"
+#include "shell/tty.h"
 
 namespace cfm_agent {
 namespace {
@@ -70,23 +74,43 @@ ExitStatus Serve(const Options& options, CommandSource source, std::vector<Comma
   return agent.Run();
 }
 
-ExitStatus ServeFromTerminal(const Options& options, ConfigKeeper& keeper) {
-  // So that names of any language can be typed.
-  static_cast<void>(std::setlocale(LC_CTYPE, ""));
-  Terminal terminal([&keeper](const std::string& line) { return Complete(line, *keeper.config()); },
-                    HistoryFile());
-  return Serve(options, CommandSource::Prompt, {}, keeper, terminal, &terminal);
+// Progress is for people who wait.
+Console::Progress ProgressOf(const Options& options) {
+  return options.output == OutputFormat::Text && OutputIsUpdatable() ? Console::Progress::Shown
+                                                                     : Console::Progress::Hidden;
 }
 
-ExitStatus ServeFrom(CommandSource source, const Options& options, ConfigKeeper& keeper,
-                     Console& console) {
+std::unique_ptr<Renderer> MakeRenderer(const Options& options) {
+  if (options.output == OutputFormat::Json) {
+    return std::make_unique<JsonRenderer>();
+  }
+  return std::make_unique<TextRenderer>(OutputStyle(options.colour));
+}
+
+// Output that is lost makes a failure of what has succeeded otherwise.
+ExitStatus WithOutput(ExitStatus status, const Console& console) {
+  return status == ExitStatus::Success && console.failed() ? ExitStatus::SystemFailed : status;
+}
+
+ExitStatus ServeFromTerminal(const Options& options, const Renderer& renderer,
+                             ConfigKeeper& keeper) {
+  Terminal terminal(
+      renderer, ProgressOf(options),
+      [&keeper](const std::string& line) { return Complete(line, *keeper.config()); },
+      HistoryFile());
+  return WithOutput(Serve(options, CommandSource::Prompt, {}, keeper, terminal, &terminal),
+                    terminal);
+}
+
+ExitStatus ServeFrom(CommandSource source, const Options& options, const Renderer& renderer,
+                     ConfigKeeper& keeper, Console& console) {
   const auto commands = ParseCommands(options, console);
   if (!commands) {
     return ExitStatus::BadCommandLine;
   }
   switch (source) {
     case CommandSource::Prompt:
-      return ServeFromTerminal(options, keeper);
+      return ServeFromTerminal(options, renderer, keeper);
     case CommandSource::Pipe: {
       PipeInput input(STDIN_FILENO);
       return Serve(options, source, {}, keeper, console, &input);
@@ -107,23 +131,19 @@ void QuietenLog(Options& options) {
   }
 }
 
-ExitStatus Main(Options options) {
-  const CommandSource source = SourceOf(options);
-  Console console(source == CommandSource::Given || source == CommandSource::Pipe
-                      ? Console::Volume::Quiet
-                      : Console::Volume::Normal);
+ExitStatus Run(Options options, const Renderer& renderer, Console& console) {
   ConfigKeeper keeper(options.config,
                       [](const std::string& name) { return sepan_port_by_name(name.c_str()); });
   if (keeper.Offer(ReadFile(options.config)) == ConfigKeeper::Outcome::Rejected) {
     return RejectConfig(options, keeper, console);
   }
   if (options.check) {
-    console.Print(options.config + ": no mistakes: " + Summary(*keeper.config()));
+    console.Tell(CheckAnswer{options.config, CountsOf(*keeper.config())});
     return ExitStatus::Success;
   }
   QuietenLog(options);
   try {
-    return ServeFrom(source, options, keeper, console);
+    return ServeFrom(SourceOf(options), options, renderer, keeper, console);
   } catch (const BusError& error) {
     console.Complain(error.what());
     return ExitStatus::BusFailed;
@@ -133,15 +153,28 @@ ExitStatus Main(Options options) {
   }
 }
 
+ExitStatus Main(const Options& options) {
+  const CommandSource source = SourceOf(options);
+  const auto renderer = MakeRenderer(options);
+  Console console(*renderer,
+                  source == CommandSource::Given || source == CommandSource::Pipe
+                      ? Console::Volume::Quiet
+                      : Console::Volume::Normal,
+                  ProgressOf(options));
+  return WithOutput(Run(options, *renderer, console), console);
+}
+
 }  // namespace
 }  // namespace cfm_agent
 
 int main(int argc, char** argv) {
   // A reader of the output that goes away must not take the agent with it.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-  auto parsed = cfm_agent::ParseCommandLine(argc, argv);
+  // So that names of any language can be typed, and drawings fit what the terminal can show.
+  static_cast<void>(std::setlocale(LC_CTYPE, ""));
+  const auto parsed = cfm_agent::ParseCommandLine(argc, argv);
   if (const auto* status = std::get_if<cfm_agent::ExitStatus>(&parsed)) {
-    return static_cast<int>(*status);
+    return static_cast<int>(std::cout.flush() ? *status : cfm_agent::ExitStatus::SystemFailed);
   }
-  return static_cast<int>(cfm_agent::Main(std::get<cfm_agent::Options>(std::move(parsed))));
+  return static_cast<int>(cfm_agent::Main(std::get<cfm_agent::Options>(parsed)));
 }

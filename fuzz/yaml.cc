@@ -21,7 +21,7 @@ void Check(std::string_view text) {
   RequireRightMistakes(result.mistakes, text);
   if (result.config) {
     RequireRightConfig(*result.config);
-    Require(!Summary(*result.config).empty(), "a configuration has a summary");
+    Require(!Summary(CountsOf(*result.config)).empty(), "a configuration has a summary");
   }
 }
 

@@ -305,16 +305,22 @@ ParsedCommand ParseCommand(std::string_view line) {
   return {std::nullopt, std::move(usage)};
 }
 
-std::vector<std::string> CommandHelp() {
-  std::vector<std::string> lines;
-  lines.reserve(2 * kCommands.size());
+std::vector<CommandUsage> CommandUsages() {
+  std::vector<CommandUsage> usages;
+  usages.reserve(kCommands.size());
   for (const CommandRule& rule : kCommands) {
-    std::string line = std::string(rule.name);
-    if (!rule.arguments.empty()) {
-      line += ' ' + std::string(rule.arguments);
-    }
-    lines.push_back(std::move(line));
-    lines.push_back("    " + std::string(rule.purpose));
+    usages.push_back(
+        {std::string(rule.name), std::string(rule.arguments), std::string(rule.purpose)});
+  }
+  return usages;
+}
+
+std::vector<std::string> TextOf(const std::vector<CommandUsage>& usages) {
+  std::vector<std::string> lines;
+  lines.reserve(2 * usages.size());
+  for (const CommandUsage& usage : usages) {
+    lines.push_back(usage.name + (usage.arguments.empty() ? "" : ' ' + usage.arguments));
+    lines.push_back("    " + usage.purpose);
   }
   return lines;
 }

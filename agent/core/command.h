@@ -49,8 +49,16 @@ struct ParsedCommand {
 
 ParsedCommand ParseCommand(std::string_view line);
 
-// One line for each command.
-std::vector<std::string> CommandHelp();
+// How a command is written, and what it does.
+struct CommandUsage {
+  std::string name;
+  std::string arguments;
+  std::string purpose;
+};
+
+std::vector<CommandUsage> CommandUsages();
+// Each as two lines of text.
+std::vector<std::string> TextOf(const std::vector<CommandUsage>& usages);
 
 // What may stand in place of the last, unfinished word of a line, in the order of the alphabet:
 // commands, the names in a configuration, keys of options.

@@ -54,22 +54,26 @@ ReadResult ReadConfig(std::string_view text, const PortOfName& port_of_name) {
   return result;
 }
 
-std::string Summary(const Config& config) {
-  std::size_t associations = 0;
-  std::size_t endpoints = 0;
+ConfigCounts CountsOf(const Config& config) {
+  ConfigCounts counts;
+  counts.domains = config.hierarchy.mds.size();
   for (const auto& [md_name, md] : config.hierarchy.mds) {
-    associations += md.mas.size();
+    counts.associations += md.mas.size();
     for (const auto& [ma_name, ma] : md.mas) {
-      endpoints += ma.meps.size();
+      counts.endpoints += ma.meps.size();
     }
   }
-  std::size_t sessions = 0;
+  counts.probes = config.probes.probes.size();
   for (const auto& [id, probe] : config.probes.probes) {
-    sessions += probe.sessions.size();
+    counts.sessions += probe.sessions.size();
   }
-  return Count(config.hierarchy.mds.size(), "domain") + ", " + Count(associations, "association") +
-         ", " + Count(endpoints, "endpoint") + ", " + Count(config.probes.probes.size(), "probe") +
-         " with " + Count(sessions, "session");
+  return counts;
+}
+
+std::string Summary(const ConfigCounts& counts) {
+  return Count(counts.domains, "domain") + ", " + Count(counts.associations, "association") + ", " +
+         Count(counts.endpoints, "endpoint") + ", " + Count(counts.probes, "probe") + " with " +
+         Count(counts.sessions, "session");
 }
 
 }  // namespace cfm_agent

@@ -5,6 +5,7 @@
 #include <cfm/hierarchy.h>
 #include <cfm/probe.h>
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -32,8 +33,18 @@ struct ReadResult {
 // Reads the text of a configuration file. Notes every mistake in it, in the order of the file.
 ReadResult ReadConfig(std::string_view text, const PortOfName& port_of_name);
 
+struct ConfigCounts {
+  std::size_t domains = 0;
+  std::size_t associations = 0;
+  std::size_t endpoints = 0;
+  std::size_t probes = 0;
+  std::size_t sessions = 0;
+};
+
+ConfigCounts CountsOf(const Config& config);
+
 // "3 domains, 12 associations, 40 endpoints, 6 probes with 8 sessions"
-std::string Summary(const Config& config);
+std::string Summary(const ConfigCounts& counts);
 
 }  // namespace cfm_agent
 

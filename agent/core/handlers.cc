@@ -115,11 +115,11 @@ void DelayMeasurementHandler::OnDelayMeasurementEnded(std::uint32_t request_id,
                                                       double result_2, double result_3,
                                                       double result_4, double result_5,
                                                       double result_6, std::uint64_t extra_count) {
-  monitor_.Ended(request_id,
-                 DelayResult{rx_count,
-                             tx_count,
-                             {result_1, result_2, result_3, result_4, result_5, result_6},
-                             extra_count});
+  monitor_.Ended(request_id, DelayResult{rx_count,
+                                         tx_count,
+                                         {result_1, result_2, result_3},
+                                         {result_4, result_5, result_6},
+                                         extra_count});
 }
 
 }  // namespace cfm_agent

@@ -1,20 +1,31 @@
 #include "core/monitor.h"
 
-#include "core/status_text.h"
-#include "core/text.h"
+#include <utility>
+
+#include "core/progress.h"
 
 namespace cfm_agent {
 namespace {
 
-std::string DescribeRemote(const MepKey& mep, std::uint16_t remote) {
-  return Describe(mep) + " remote " + std::to_string(remote);
+// More replies than any test asks for; what comes beyond is counted only.
+constexpr std::size_t kMostReplies = 4096;
+
+template <typename Item>
+void Keep(std::vector<Item>& items, Item item) {
+  if (items.size() < kMostReplies) {
+    items.push_back(std::move(item));
+  }
 }
 
 }  // namespace
 
-std::optional<std::uint32_t> Monitor::Begin(TestKind kind, const MepKey& mep,
-                                            std::uint16_t remote) {
-  const std::uint32_t request_id = tracker_.Begin(kind, mep, remote, environment_.now());
+std::optional<std::uint32_t> Monitor::Begin(TestKind kind, const MepKey& mep, std::uint16_t remote,
+                                            const Plan& plan) {
+  const TimePoint now = environment_.now();
+  const std::uint32_t request_id = tracker_.Begin(kind, mep, remote, now);
+  Findings& findings = findings_[request_id];
+  findings.plan = plan;
+  findings.began = now;
   if (server_ != ServerState::Absent) {
     return request_id;
   }
@@ -24,16 +35,24 @@ std::optional<std::uint32_t> Monitor::Begin(TestKind kind, const MepKey& mep,
 
 void Monitor::Expire() { Finish(tracker_.Expire(environment_.now())); }
 
-void Monitor::PrintReport(const Test* test, const std::string& report) const {
-  if (test != nullptr) {
-    Print(Describe(*test) + ": " + report);
+std::string Monitor::Progress() const {
+  const TimePoint now = environment_.now();
+  std::string line;
+  for (const auto& [number, test] : tracker_.tests()) {
+    const Findings& findings = findings_.at(test.request_id);
+    const std::string progress = ProgressOf(test, findings.plan, now - findings.began);
+    line += (line.empty() || progress.empty() ? "" : "; ") + progress;
   }
+  return line;
 }
 
-void Monitor::Finish(const std::vector<TestEnd>& ends, const std::string& result) const {
+void Monitor::Finish(const std::vector<TestEnd>& ends, bool stopped) {
   for (const TestEnd& end : ends) {
+    auto found = findings_.extract(end.test.request_id);
+    Findings& findings = found.mapped();
+    findings.elapsed = environment_.now() - findings.began;
     if (end.test.kind != TestKind::Refresh) {
-      Print(Describe(end.test) + ": " + Describe(end) + (result.empty() ? "" : ", " + result));
+      environment_.tell(TestResult{end, std::move(findings), stopped});
     }
     environment_.ended(end);
   }
@@ -41,121 +60,136 @@ void Monitor::Finish(const std::vector<TestEnd>& ends, const std::string& result
 
 void Monitor::ServerFound() {
   server_ = ServerState::Found;
-  Report("server found; asking what it holds");
+  environment_.tell(ServerNews{server_});
 }
 
 void Monitor::ServerInStep() {
   if (server_ != ServerState::InStep) {
     server_ = ServerState::InStep;
-    Report("server in step");
+    environment_.tell(ServerNews{server_});
   }
 }
 
 void Monitor::ServerLost() {
   server_ = ServerState::Absent;
   table_.Forget();
-  Report("server lost; waiting for it to come back");
+  environment_.tell(ServerNews{server_});
   Finish(tracker_.ServerLost());
 }
 
 // To a test it is the same whether the server goes or the agent turns away from it.
-void Monitor::GiveUp() { Finish(tracker_.ServerLost(), "the agent stopped before its end"); }
+void Monitor::GiveUp() { Finish(tracker_.ServerLost(), true); }
 
 void Monitor::LocalStatus(const MepKey& mep, const cfm::local_mep_status& status) {
   if (table_.Local(mep, status)) {
-    Report(Describe(mep) + ": " + Describe(status));
+    environment_.tell(LocalStatusNews{mep, status});
   }
 }
 
 void Monitor::RemoteStatus(const MepKey& mep, std::uint16_t remote,
                            const cfm::remote_mep_status& status) {
   if (table_.Remote(mep, remote, status)) {
-    Report(DescribeRemote(mep, remote) + ": " + Describe(status));
+    environment_.tell(RemoteStatusNews{mep, remote, status});
   }
 }
 
 void Monitor::LocalRemoved(const MepKey& mep) {
   table_.LocalRemoved(mep);
-  Report(Describe(mep) + ": removed by the server");
+  environment_.tell(RemovalNews{mep, std::nullopt});
   Finish(tracker_.LocalMepRemoved(mep));
 }
 
 void Monitor::RemoteRemoved(const MepKey& mep, std::uint16_t remote) {
   table_.RemoteRemoved(mep, remote);
-  Report(Describe(mep) + " remote " + std::to_string(remote) + ": removed by the server");
+  environment_.tell(RemovalNews{mep, remote});
   Finish(tracker_.RemoteMepRemoved(mep, remote));
 }
 
 void Monitor::SessionEnded(const cfm::DelayMeasurementSessionResult& result) {
-  Report("delay measurement session ended: " + Describe(result));
+  environment_.tell(SessionNews{result});
 }
 
-bool Monitor::StatisticsWanted() {
+Findings* Monitor::StatisticsWanted() {
   const Test* test = tracker_.StatisticsArrived(environment_.now());
-  return test != nullptr && test->kind == TestKind::Statistics;
+  return test != nullptr && test->kind == TestKind::Statistics ? &FindingsOf(*test) : nullptr;
 }
 
 void Monitor::LocalStatistics(const MepKey& mep, const cfm::local_mep_stats& stats) {
-  if (StatisticsWanted()) {
-    Print(Describe(mep) + ": " + Describe(stats));
+  if (Findings* findings = StatisticsWanted()) {
+    findings->local.push_back({mep, stats});
   }
 }
 
 void Monitor::RemoteStatistics(const MepKey& mep, std::uint16_t remote,
                                const cfm::remote_mep_stats& stats) {
-  if (StatisticsWanted()) {
-    Print(DescribeRemote(mep, remote) + ": " + Describe(stats));
+  if (Findings* findings = StatisticsWanted()) {
+    findings->remote.push_back({mep, remote, stats});
   }
 }
 
 void Monitor::StatisticsComplete() { Finish(tracker_.StatisticsComplete()); }
 
+void Monitor::TellStart(const Test* test, const cfm::st_mac& target,
+                        std::optional<std::uint32_t> value) {
+  if (test != nullptr) {
+    FindingsOf(*test).target = target;
+    environment_.tell(TestStarted{*test, target, value});
+  }
+}
+
+void Monitor::NoteReply(const Test& test) {
+  Findings& findings = FindingsOf(test);
+  Keep(findings.replies, environment_.now() - findings.began);
+}
+
 void Monitor::LinktraceStarted(const MepKey& mep, std::uint16_t remote, std::uint32_t transaction,
                                const cfm::st_mac& target,
                                std::optional<std::uint32_t> started_value) {
-  PrintReport(tracker_.LinktraceStarted(mep, remote, transaction, environment_.now()),
-              "started towards " + target.to_string() +
-                  (started_value ? ", value " + std::to_string(*started_value) : ""));
+  TellStart(tracker_.LinktraceStarted(mep, remote, transaction, environment_.now()), target,
+            started_value);
 }
 
 void Monitor::LinktraceReply(const MepKey& mep, const cfm::LinktraceReplyEntry& reply) {
   const Test* test = tracker_.LinktraceReplied(mep, reply.transaction_id, environment_.now());
-  PrintReport(test, "reply " + Describe(reply));
+  if (test != nullptr) {
+    NoteReply(*test);
+    const Hop hop = HopOf(reply);
+    Keep(FindingsOf(*test).hops, hop);
+    environment_.tell(TestReply{*test, hop.from, std::nullopt, hop});
+  }
 }
 
 void Monitor::LinktraceEnded(const MepKey& mep, std::uint32_t transaction) {
-  const auto ends = tracker_.LinktraceComplete(mep, transaction);
-  Finish(ends, ends.empty() ? "" : Count(ends.front().test.replies, "reply", "replies"));
+  Finish(tracker_.LinktraceComplete(mep, transaction));
 }
 
 void Monitor::Started(TestKind kind, std::uint32_t request_id, const cfm::st_mac& target) {
-  PrintReport(tracker_.Started(kind, request_id, environment_.now()),
-              "started towards " + target.to_string());
+  TellStart(tracker_.Started(kind, request_id, environment_.now()), target);
 }
 
 void Monitor::Replied(TestKind kind, std::uint32_t request_id, const cfm::st_mac& from,
                       std::optional<std::uint32_t> transaction) {
-  PrintReport(tracker_.Replied(kind, request_id, environment_.now()),
-              "reply from " + from.to_string() +
-                  (transaction ? ", transaction " + std::to_string(*transaction) : ""));
+  const Test* test = tracker_.Replied(kind, request_id, environment_.now());
+  if (test != nullptr) {
+    NoteReply(*test);
+    environment_.tell(TestReply{*test, from, transaction, std::nullopt});
+  }
 }
 
 void Monitor::Ended(std::uint32_t request_id, const LoopbackResult& result) {
-  Finish(tracker_.Complete(TestKind::Loopback, request_id),
-         std::to_string(result.in_order) + " of " +
-             Count(result.expected, "expected reply", "expected replies") + " in order, " +
-             std::to_string(result.out_of_order) + " out of order, " +
-             std::to_string(result.wrong_payload) + " with a wrong payload");
+  const auto ends = tracker_.Complete(TestKind::Loopback, request_id);
+  for (const TestEnd& end : ends) {
+    FindingsOf(end.test).loopback = result;
+  }
+  Finish(ends);
 }
 
 void Monitor::Ended(std::uint32_t request_id, const DelayResult& result) {
-  std::string text = std::to_string(result.tx_count) + " sent, " + std::to_string(result.rx_count) +
-                     " received, results";
-  for (const double number : result.results) {
-    text += ' ' + Decimal(number);
+  const auto ends = tracker_.Complete(TestKind::Delay, request_id);
+  for (const TestEnd& end : ends) {
+    FindingsOf(end.test).delay = result;
   }
-  Finish(tracker_.Complete(TestKind::Delay, request_id),
-         text + ", extra count " + std::to_string(result.extra_count));
+  Finish(ends);
 }
 
 void Monitor::Refused(TestKind kind, std::uint32_t request_id, std::uint32_t error_code) {

@@ -7,40 +7,25 @@
 #include <cfm/statistics.h>
 #include <cfm/status.h>
 
-#include <array>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "core/findings.h"
+#include "core/record.h"
 #include "core/status_table.h"
 #include "core/test_tracker.h"
 
 namespace cfm_agent {
 
-// The result of an on-demand delay measurement, in the server's own units.
-struct DelayResult {
-  std::uint64_t rx_count = 0;
-  std::uint64_t tx_count = 0;
-  std::array<double, 6> results{};
-  std::uint64_t extra_count = 0;
-};
-
-struct LoopbackResult {
-  std::uint64_t expected = 0;
-  std::uint64_t in_order = 0;
-  std::uint64_t out_of_order = 0;
-  std::uint64_t wrong_payload = 0;
-};
-
 class Monitor {
  public:
   struct Environment {
     std::function<TimePoint()> now;
-    // Tells what a test found, and what became of the server and its endpoints.
-    std::function<void(const std::string&)> print;
-    std::function<void(const std::string&)> report;
-    // A test has come to its end, which has been printed.
+    std::function<void(const Record&)> tell;
+    // A test has come to its end, which has been told.
     std::function<void(const TestEnd&)> ended;
   };
 
@@ -51,11 +36,13 @@ class Monitor {
   // Begins to follow a test, and gives the request identifier that its trigger is to carry. While
   // there is no server the test ends at once and there is nothing to send.
   std::optional<std::uint32_t> Begin(TestKind kind, const MepKey& mep = {},
-                                     std::uint16_t remote = 0);
+                                     std::uint16_t remote = 0, const Plan& plan = {});
 
   ServerState server() const { return server_; }
   const StatusTable& table() const { return table_; }
   bool Idle() const { return tracker_.Idle(); }
+  // How far the tests that run have come, in one line of ASCII; empty when none runs.
+  std::string Progress() const;
   // When Expire() next has something to do.
   std::optional<TimePoint> Deadline() const { return tracker_.Deadline(); }
   // Ends the tests that have heard nothing for too long.
@@ -95,17 +82,19 @@ class Monitor {
   void Refused(TestKind kind, std::uint32_t request_id, std::uint32_t error_code);
 
  private:
-  void Print(const std::string& line) const { environment_.print(line); }
-  void Report(const std::string& line) const { environment_.report(line); }
-  void PrintReport(const Test* test, const std::string& report) const;
-  void Finish(const std::vector<TestEnd>& ends, const std::string& result = "") const;
-  // Whether statistics that arrive are to be printed.
-  bool StatisticsWanted();
+  Findings& FindingsOf(const Test& test) { return findings_[test.request_id]; }
+  void TellStart(const Test* test, const cfm::st_mac& target,
+                 std::optional<std::uint32_t> value = std::nullopt);
+  void NoteReply(const Test& test);
+  void Finish(const std::vector<TestEnd>& ends, bool stopped = false);
+  // The findings that statistics which arrive belong to; null when nobody asked to see them.
+  Findings* StatisticsWanted();
 
   Environment environment_;
   ServerState server_ = ServerState::Absent;
   StatusTable table_;
   TestTracker tracker_;
+  std::map<std::uint32_t, Findings> findings_;  // of the tests that run, by request identifier
 };
 
 }  // namespace cfm_agent

@@ -1,16 +1,11 @@
-#include <array>
-#include <utility>
+#include "core/show.h"
 
-#include "core/columns.h"
-#include "core/status_table.h"
-#include "core/status_text.h"
-#include "core/text.h"
-#include "core/words.h"
+#include <utility>
 
 namespace cfm_agent {
 namespace {
 
-using Row = std::vector<std::string>;
+constexpr std::uint32_t kRemoteOk = 4;
 
 struct Context {
   const ShowCommand& filter;
@@ -28,180 +23,138 @@ bool Wanted(const ShowCommand& filter, const MepKey& mep) {
          (filter.mep_id == 0 || filter.mep_id == mep.id);
 }
 
-std::string ServerLine(ServerState server) {
-  switch (server) {
-    case ServerState::Absent:
-      return "server: absent";
-    case ServerState::Found:
-      return "server: found, not in step yet";
-    case ServerState::InStep:
-      return "server: in step";
-  }
-  return "";
-}
-
-// Why nothing is reported, or why what is reported cannot be what is configured. Empty if neither.
-std::string Gap(const Context& context, const StatusTable::Entry* entry,
-                const Interface& interface) {
+Gap GapOf(const Context& context, const StatusTable::Entry* entry, const Interface& port) {
   switch (context.server) {
     case ServerState::Absent:
-      return "server absent";
+      return Gap::ServerAbsent;
     case ServerState::Found:
-      return "server not in step";
+      return Gap::ServerNotInStep;
     case ServerState::InStep:
       break;
   }
   if (entry != nullptr && entry->removed) {
-    return "removed by the server";
+    return Gap::Removed;
   }
-  if (!interface.present) {
-    return "interface " + AsWord(interface.name) + " missing";
+  if (!port.present) {
+    return Gap::InterfaceMissing;
   }
-  return entry == nullptr || !entry->reported ? "never reported" : "";
-}
-
-std::string Configured(const cfm::st_maintenance_endpoint_cfg& cfg) {
-  return WordFor(kDirections, static_cast<int>(cfg.direction)) +
-         (cfg.admin_state ? ", active" : ", inactive") +
-         (cfg.ccm_enabled ? ", CCM on" : ", CCM off");
+  return entry == nullptr || !entry->reported ? Gap::NeverReported : Gap::None;
 }
 
 // Whether a MEP of the association's list is elsewhere: one of this element's own endpoints is no
 // remote MEP to the others.
 bool IsRemote(const cfm::hierarchy_ma& ma, std::uint16_t id) { return ma.meps.count(id) == 0; }
 
-// ", remote MEPs 2 of 3 ok"
-std::string RemoteSummary(const StatusTable::Entry& entry, const cfm::hierarchy_ma& ma) {
-  constexpr std::uint32_t kOk = 4;
-  std::size_t ok = 0;
-  std::size_t expected = 0;
+void CountRemotes(const StatusTable::Entry& entry, const cfm::hierarchy_ma& ma,
+                  ShownEndpoint& shown) {
   for (const std::uint16_t id : ma.cfg.mep_ids) {
     const auto remote = entry.remotes.find(id);
-    expected += IsRemote(ma, id) ? 1 : 0;
-    const bool is_ok = remote != entry.remotes.end() && remote->second.fsm_state == kOk;
-    ok += IsRemote(ma, id) && is_ok ? 1 : 0;
+    const bool is_ok = remote != entry.remotes.end() && remote->second.fsm_state == kRemoteOk;
+    shown.remotes_expected += IsRemote(ma, id) ? 1 : 0;
+    shown.remotes_ok += IsRemote(ma, id) && is_ok ? 1 : 0;
   }
-  return expected == 0
-             ? ""
-             : ", remote MEPs " + std::to_string(ok) + " of " + std::to_string(expected) + " ok";
-}
-
-Row EndpointRow(const Context& context, const cfm::hierarchy_ma& ma,
-                const cfm::hierarchy_mep& mep) {
-  const StatusTable::Entry* entry = context.table.Find({mep.md_name, mep.ma_name, mep.cfg.mep_id});
-  const Interface interface = context.interface_of_port(mep.cfg.port);
-  const bool reported = entry != nullptr && entry->reported;
-  return {std::to_string(mep.cfg.mep_id), AsWord(interface.name), Configured(mep.cfg),
-          reported ? DescribeState(entry->status) + RemoteSummary(*entry, ma) : "-",
-          Gap(context, entry, interface)};
 }
 
 // Why a remote MEP of the list is not reported, for an endpoint with this gap of its own.
-std::string RemoteGap(const StatusTable::Entry& entry, std::uint16_t remote,
-                      const std::string& gap) {
+Gap RemoteGap(const StatusTable::Entry& entry, std::uint16_t remote, Gap gap) {
   if (entry.removed_remotes.count(remote) > 0) {
-    return "removed by the server";
+    return Gap::Removed;
   }
-  return gap.empty() ? "never reported" : gap;
+  return gap == Gap::None ? Gap::NeverReported : gap;
 }
 
-// The remote MEPs of one endpoint, listed or reported.
-std::vector<Row> RemoteRows(const Context& context, const cfm::hierarchy_ma& ma,
-                            const cfm::hierarchy_mep& mep) {
-  const StatusTable::Entry* entry = context.table.Find({mep.md_name, mep.ma_name, mep.cfg.mep_id});
-  const StatusTable::Entry nothing;
-  const StatusTable::Entry& known = entry == nullptr ? nothing : *entry;
-  const auto& remotes = known.remotes;
-  const std::string gap = Gap(context, entry, context.interface_of_port(mep.cfg.port));
-  const bool in_step = context.server == ServerState::InStep;
-  std::vector<Row> rows = {{"REMOTE", "REPORTED", "GAP"}};
+// The remote MEPs of an endpoint with this gap, listed or reported.
+std::vector<ShownRemote> RemotesOf(const StatusTable::Entry& entry, const cfm::hierarchy_ma& ma,
+                                   ServerState server, Gap gap) {
+  const bool in_step = server == ServerState::InStep;
+  std::vector<ShownRemote> remotes;
   for (const std::uint16_t id : ma.cfg.mep_ids) {
-    const auto remote = remotes.find(id);
-    if (remote != remotes.end()) {
-      rows.push_back({std::to_string(id), Describe(remote->second), in_step ? "" : gap});
+    const auto remote = entry.remotes.find(id);
+    if (remote != entry.remotes.end()) {
+      remotes.push_back({id, remote->second, in_step ? Gap::None : gap});
     } else if (IsRemote(ma, id)) {
-      rows.push_back({std::to_string(id), "-", in_step ? RemoteGap(known, id, gap) : gap});
+      remotes.push_back({id, std::nullopt, in_step ? RemoteGap(entry, id, gap) : gap});
     }
   }
-  for (const auto& [id, status] : remotes) {
+  for (const auto& [id, status] : entry.remotes) {
     if (ma.cfg.mep_ids.count(id) == 0) {
-      rows.push_back({std::to_string(id), Describe(status), in_step ? "not in the MEP list" : gap});
+      remotes.push_back({id, status, in_step ? Gap::NotListed : gap});
     }
   }
-  return rows;
+  return remotes;
 }
 
-void Append(std::vector<std::string>& lines, std::vector<std::string> more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-}
-
-void ShowAssociation(const Context& context, const std::string& name, const cfm::hierarchy_ma& ma,
-                     std::vector<std::string>& lines) {
-  std::vector<Row> rows = {{"MEP", "PORT", "CONFIGURED", "REPORTED", "GAP"}};
-  for (const auto& [id, mep] : ma.meps) {
-    if (context.filter.mep_id == 0 || context.filter.mep_id == id) {
-      rows.push_back(EndpointRow(context, ma, mep));
-    }
+ShownEndpoint EndpointOf(const Context& context, const cfm::hierarchy_ma& ma,
+                         const cfm::hierarchy_mep& mep) {
+  static const StatusTable::Entry kNothing;
+  const StatusTable::Entry* entry = context.table.Find({mep.md_name, mep.ma_name, mep.cfg.mep_id});
+  const StatusTable::Entry& known = entry == nullptr ? kNothing : *entry;
+  ShownEndpoint shown;
+  shown.mep_id = mep.cfg.mep_id;
+  shown.port = context.interface_of_port(mep.cfg.port);
+  shown.direction = mep.cfg.direction;
+  shown.active = mep.cfg.admin_state;
+  shown.ccm_enabled = mep.cfg.ccm_enabled;
+  shown.gap = GapOf(context, entry, shown.port);
+  if (known.reported) {
+    shown.status = known.status;
   }
-  if (context.filter.mep_id != 0 && rows.size() == 1) {
-    return;
-  }
-  lines.push_back("  association " + AsWord(name) + ", CCM interval " +
-                  WordFor(kCcmIntervals, static_cast<int>(ma.cfg.ccm_interval)));
-  if (rows.size() == 1) {
-    lines.emplace_back("    no endpoints");
-    return;
-  }
-  Append(lines, AlignColumns(rows, 4));
+  CountRemotes(known, ma, shown);
   if (context.filter.mep_id != 0) {
-    const cfm::hierarchy_mep& mep = ma.meps.at(context.filter.mep_id);
-    Append(lines, AlignColumns(RemoteRows(context, ma, mep), 6));
+    shown.remotes = RemotesOf(known, ma, context.server, shown.gap);
   }
+  return shown;
 }
 
-void ShowUnconfigured(const Context& context, const Config& config,
-                      std::vector<std::string>& lines) {
-  bool headed = false;
-  for (const auto& [mep, entry] : context.table.entries()) {
-    const auto md = config.hierarchy.mds.find(mep.md);
-    const bool configured = md != config.hierarchy.mds.end() && md->second.mas.count(mep.ma) > 0 &&
-                            md->second.mas.at(mep.ma).meps.count(mep.id) > 0;
-    if (configured || !entry.reported || !Wanted(context.filter, mep)) {
+std::vector<ShownAssociation> AssociationsOf(const Context& context, const cfm::hierarchy_md& md) {
+  const std::uint16_t only = context.filter.mep_id;
+  std::vector<ShownAssociation> associations;
+  for (const auto& [name, ma] : md.mas) {
+    if (!Wanted(context.filter.ma, name)) {
       continue;
     }
-    if (!headed) {
-      lines.emplace_back("reported by the server but not configured");
-      headed = true;
+    ShownAssociation shown = {name, ma.cfg.ccm_interval, {}};
+    for (const auto& [id, mep] : ma.meps) {
+      if (only == 0 || only == id) {
+        shown.endpoints.push_back(EndpointOf(context, ma, mep));
+      }
     }
-    lines.push_back("  " + Describe(mep) + ": " + DescribeState(entry.status));
+    if (only == 0 || !shown.endpoints.empty()) {
+      associations.push_back(std::move(shown));
+    }
   }
+  return associations;
+}
+
+bool IsConfigured(const Config& config, const MepKey& mep) {
+  const auto md = config.hierarchy.mds.find(mep.md);
+  return md != config.hierarchy.mds.end() && md->second.mas.count(mep.ma) > 0 &&
+         md->second.mas.at(mep.ma).meps.count(mep.id) > 0;
 }
 
 }  // namespace
 
-Shown Show(const ShowCommand& filter, const Config& config, const StatusTable& table,
-           ServerState server, const InterfaceOfPort& interface_of_port) {
+ShowAnswer Show(const ShowCommand& filter, const Config& config, const StatusTable& table,
+                ServerState server, const InterfaceOfPort& interface_of_port) {
   const Context context{filter, table, server, interface_of_port};
-  std::vector<std::string> lines;
-  for (const auto& [md_name, md] : config.hierarchy.mds) {
-    std::vector<std::string> below;
-    for (const auto& [ma_name, ma] : md.mas) {
-      if (Wanted(filter.ma, ma_name)) {
-        ShowAssociation(context, ma_name, ma, below);
-      }
+  ShowAnswer answer;
+  answer.server = server;
+  for (const auto& [name, md] : config.hierarchy.mds) {
+    if (!Wanted(filter.md, name)) {
+      continue;
     }
-    if (Wanted(filter.md, md_name) && (!filter.ma || !below.empty())) {
-      lines.push_back("domain " + AsWord(md_name) + ", level " + std::to_string(md.cfg.level));
-      Append(lines, std::move(below));
+    ShownDomain shown = {name, md.cfg.level, AssociationsOf(context, md)};
+    if (!filter.ma || !shown.associations.empty()) {
+      answer.domains.push_back(std::move(shown));
     }
   }
-  ShowUnconfigured(context, config, lines);
-  const bool found = !lines.empty() || !filter.md;
-  if (lines.empty() && found) {
-    lines.emplace_back("nothing configured");
+  for (const auto& [mep, entry] : table.entries()) {
+    if (entry.reported && Wanted(filter, mep) && !IsConfigured(config, mep)) {
+      answer.unconfigured.push_back({mep, entry.status});
+    }
   }
-  lines.insert(lines.begin(), ServerLine(server));
-  return {std::move(lines), found};
+  answer.found = !answer.domains.empty() || !answer.unconfigured.empty() || !filter.md;
+  return answer;
 }
 
 }  // namespace cfm_agent

@@ -1,18 +1,13 @@
-// What the server has reported of endpoints, and how that compares with the configuration.
+// What the server has reported of endpoints.
 #ifndef CFM_AGENT_CORE_STATUS_TABLE_H
 #define CFM_AGENT_CORE_STATUS_TABLE_H
 
 #include <cfm/status.h>
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <set>
-#include <string>
-#include <vector>
 
-#include "core/command.h"
-#include "core/config.h"
 #include "core/mep.h"
 
 namespace cfm_agent {
@@ -47,23 +42,6 @@ class StatusTable {
  private:
   std::map<MepKey, Entry> entries_;
 };
-
-// A port as the host knows it.
-struct Interface {
-  std::string name;
-  bool present = false;
-};
-using InterfaceOfPort = std::function<Interface(sepan_port_t)>;
-
-struct Shown {
-  std::vector<std::string> lines;
-  bool found = true;  // false: there is nothing of the name or number asked for
-};
-
-// Each endpoint as it is configured beside what is reported, with the reason of any gap between
-// the two; below, what is reported but not configured. For a single endpoint also its remote MEPs.
-Shown Show(const ShowCommand& filter, const Config& config, const StatusTable& table,
-           ServerState server, const InterfaceOfPort& interface_of_port);
 
 }  // namespace cfm_agent
 

@@ -3,31 +3,39 @@
 #define CFM_AGENT_CORE_STATUS_TEXT_H
 
 #include <cfm/delay_measurement.h>
-#include <cfm/linktrace.h>
-#include <cfm/statistics.h>
 #include <cfm/status.h>
 
 #include <string>
+#include <vector>
+
+#include "core/style.h"
 
 namespace cfm_agent {
 
-// "port up, interface up, defects: missing CCMs, RDI (highest: missing CCMs)"
-std::string DescribeState(const cfm::local_mep_status& status);
-// "ok, port up, interface up"
-std::string DescribeState(const cfm::remote_mep_status& status);
+// "02:00:5e:00:01:01, port up, interface up, defects: missing CCMs, RDI (highest: missing CCMs)"
+std::string Describe(const cfm::local_mep_status& status, const Style& style = {});
+// "02:00:5e:00:05:11, ok, port up, interface up, since uptime 5230 ms"
+std::string Describe(const cfm::remote_mep_status& status, const Style& style = {});
 
-// As DescribeState(), with the address and all else there is to tell.
-std::string Describe(const cfm::local_mep_status& status);
-std::string Describe(const cfm::remote_mep_status& status);
+// "probe 1 session 2 run 3: complete, 10 sent, ...", with the reference server's meanings.
+std::string Describe(const cfm::DelayMeasurementSessionResult& result, const Style& style = {});
 
-std::string Describe(const cfm::local_mep_stats& stats);
-std::string Describe(const cfm::remote_mep_stats& stats);
-
-std::string Describe(const cfm::LinktraceReplyEntry& reply);
-std::string Describe(const cfm::DelayMeasurementSessionResult& result);
+// The names of the defects there are, the highest first.
+std::string DefectNames(const cfm::local_mep_status& status);
+// "no defect", or the defects there are.
+Span DefectsSpan(const cfm::local_mep_status& status);
+// "ok", "failed", ...
+Span StateSpan(const cfm::remote_mep_status& status);
+// "up", "blocked", ... of a port, and of an interface.
+Span PortSpan(std::uint32_t port_status);
+Span InterfaceSpan(std::uint32_t interface_status);
+// What there is to tell of an endpoint beyond that: "sends RDI", ...
+std::vector<Span> RemarksOn(const cfm::local_mep_status& status);
 
 // A number in the fewest decimals that give it back, whatever the locale.
 std::string Decimal(double number);
+// A number with this many decimals.
+std::string Fixed(double number, int decimals);
 
 }  // namespace cfm_agent
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/status_words.h"
+
 namespace cfm_agent {
 namespace {
 
@@ -13,25 +15,10 @@ bool IsLinktraceOf(const Test& test, const MepKey& mep, std::uint32_t transactio
   return test.kind == TestKind::Linktrace && test.transaction == transaction && test.mep == mep;
 }
 
-std::string_view NameOf(TestKind kind) {
-  switch (kind) {
-    case TestKind::Linktrace:
-      return "linktrace";
-    case TestKind::Loopback:
-      return "loopback";
-    case TestKind::Delay:
-      return "delay measurement";
-    case TestKind::Statistics:
-    case TestKind::Refresh:
-      return "statistics";
-  }
-  return "";
-}
-
 }  // namespace
 
 std::string Describe(const Test& test) {
-  std::string text = std::string(NameOf(test.kind)) + ' ' + std::to_string(test.number);
+  std::string text = WordFor(kTestKinds, test.kind) + ' ' + std::to_string(test.number);
   if (!IsStatistics(test)) {
     text += " from " + Describe(test.mep) + " to " + std::to_string(test.remote);
   }
@@ -39,19 +26,13 @@ std::string Describe(const Test& test) {
 }
 
 std::string Describe(const TestEnd& end) {
-  switch (end.reason) {
-    case EndReason::Complete:
-      return "complete";
-    case EndReason::Refused:
-      return "refused with error code " + std::to_string(end.error_code);
-    case EndReason::TimedOut:
-      return "timed out";
-    case EndReason::EndpointRemoved:
-      return "endpoint removed";
-    case EndReason::ServerLost:
-      return "server lost";
+  std::string text = WordFor(kEndReasons, end.reason);
+  if (end.reason == EndReason::Refused) {
+    const std::string meaning = WordFor(kErrorCodes, end.error_code);
+    const std::string code = std::to_string(end.error_code);
+    text += " with error code " + code + (meaning == code ? "" : " (" + meaning + ')');
   }
-  return "";
+  return text;
 }
 
 std::uint32_t TestTracker::Begin(TestKind kind, const MepKey& mep, std::uint16_t remote,

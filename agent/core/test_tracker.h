@@ -42,7 +42,7 @@ struct TestEnd {
 
 // "loopback 3 from MEP d a 1 to 2"
 std::string Describe(const Test& test);
-// "complete", "refused with error code 1", ...
+// "complete", "refused with error code 1 (no such local endpoint)", ...
 std::string Describe(const TestEnd& end);
 
 // Reports that fit no running test, because it has ended or is another client's, change nothing.
@@ -73,6 +73,8 @@ class TestTracker {
   std::vector<TestEnd> ServerLost();
   std::vector<TestEnd> Expire(TimePoint now);
 
+  // By request identifier less the base, in the order in which they began.
+  const std::map<std::uint32_t, Test>& tests() const { return tests_; }
   bool Idle() const { return tests_.empty(); }
   // When Expire() next has something to do.
   std::optional<TimePoint> Deadline() const;
@@ -90,7 +92,7 @@ class TestTracker {
   Duration patience_;
   std::uint32_t begun_ = 0;
   std::uint32_t numbered_ = 0;
-  std::map<std::uint32_t, Test> tests_;  // in the order in which they began
+  std::map<std::uint32_t, Test> tests_;
 };
 
 }  // namespace cfm_agent

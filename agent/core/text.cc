@@ -31,8 +31,31 @@ std::size_t Utf8Length(std::string_view text) {
   const bool overlong = (lead == 0xE0 && octet(1) < 0xA0) || (lead == 0xF0 && octet(1) < 0x90);
   const bool surrogate = lead == 0xED && octet(1) >= 0xA0;
   const bool beyond = lead == 0xF4 && octet(1) >= 0x90;
-  const bool c1_control = lead == 0xC2 && octet(1) < 0xA0;
-  return overlong || surrogate || beyond || c1_control ? 0 : length;
+  return overlong || surrogate || beyond ? 0 : length;
+}
+
+// The character of a well-formed sequence.
+std::uint32_t CharacterOf(std::string_view sequence) {
+  const auto lead = static_cast<std::uint8_t>(sequence.front());
+  std::uint32_t character = sequence.size() == 1 ? lead : lead & (0xFFU >> (sequence.size() + 1));
+  for (const char c : sequence.substr(1)) {
+    character = (character << 6U) | (static_cast<std::uint8_t>(c) & 0x3FU);
+  }
+  return character;
+}
+
+// Control characters, marks that reorder or break a line, and what has neither shape nor width.
+bool IsTrouble(std::uint32_t character) {
+  struct Range {
+    std::uint32_t first;
+    std::uint32_t last;
+  };
+  constexpr std::array kTrouble = {
+      Range{0x00, 0x1F},     Range{0x7F, 0x9F},     Range{0x061C, 0x061C}, Range{0x200B, 0x200B},
+      Range{0x200E, 0x200F}, Range{0x2028, 0x202E}, Range{0x2060, 0x206F}, Range{0xFEFF, 0xFEFF}};
+  return std::any_of(kTrouble.begin(), kTrouble.end(), [character](const Range& range) {
+    return character >= range.first && character <= range.last;
+  });
 }
 
 void AppendHex(std::string& out, char c) {
@@ -60,22 +83,34 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = Utf8Length(text);
+    if (length == 0) {
+      return false;
+    }
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
 std::string Printable(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) {
-    const char c = text.front();
-    const std::size_t length = Utf8Length(text);
-    if (length == 0 || static_cast<std::uint8_t>(c) < 0x20 || c == 0x7F) {
-      AppendHex(out, c);
-      text.remove_prefix(1);
+    const std::size_t length = std::max<std::size_t>(Utf8Length(text), 1);
+    const std::string_view sequence = text.substr(0, length);
+    text.remove_prefix(length);
+    if (Utf8Length(sequence) == 0 || IsTrouble(CharacterOf(sequence))) {
+      for (const char c : sequence) {
+        AppendHex(out, c);
+      }
       continue;
     }
-    if (c == '\\' || c == '"') {
+    if (sequence == "\\" || sequence == "\"") {
       out += '\\';
     }
-    out += text.substr(0, length);
-    text.remove_prefix(length);
+    out += sequence;
   }
   return out;
 }

@@ -10,8 +10,12 @@
 
 namespace cfm_agent {
 
-// Makes text from elsewhere safe to print on one line: control characters and invalid UTF-8 become
-// \xNN, and a backslash or quote is escaped, so that different texts stay different.
+// Whether text is well-formed UTF-8.
+bool IsUtf8(std::string_view text);
+
+// Makes text from elsewhere safe to print on one line: control characters, those that change the
+// direction of writing or cannot be seen, and invalid UTF-8 become \xNN, and a backslash or quote
+// is escaped, so that different texts stay different.
 std::string Printable(std::string_view text);
 
 // Printable text in double quotes, cut after some forty octets.

@@ -20,6 +20,9 @@ using std::chrono::milliseconds;
 constexpr milliseconds kQuiet{100};
 constexpr milliseconds kPatience{2000};
 
+// How often the progress of tests is looked at.
+constexpr milliseconds kProgress{250};
+
 TimePoint Now() { return std::chrono::steady_clock::now(); }
 
 // Time until `due` as poll(2) takes it; it must not end early.
@@ -52,8 +55,7 @@ Agent::Agent(const Options& options, CommandSource source, ConfigKeeper& keeper,
       script_(Now() + options.timeout),
       bus_(options.name, options.bus, options.log_config),
       monitor_(RequestIdBase(bus_.handle()), options.timeout,
-               {Now, [&console](const std::string& line) { console.Print(line); },
-                [&console](const std::string& line) { console.Report(line); },
+               {Now, [&console](const Record& record) { console.Tell(record); },
                 [this](const TestEnd& end) { commander_.OnEnded(end); }}),
       commander_(
           source == CommandSource::Prompt ? Commander::Timing::AtOnce : Commander::Timing::UpToDate,
@@ -65,7 +67,7 @@ Agent::Agent(const Options& options, CommandSource source, ConfigKeeper& keeper,
     script_.Close();
   }
   RegisterHandlers();
-  console_.Report("configuration loaded: " + Summary(*keeper_.config()));
+  TellConfiguration(ConfigurationNews::What::Loaded);
   HandIn();
 }
 
@@ -82,6 +84,10 @@ void Agent::HandIn() {
   client_.UpdateConfigProbe(keeper_.config()->probes);
 }
 
+void Agent::TellConfiguration(ConfigurationNews::What what) const {
+  console_.Tell(ConfigurationNews{what, CountsOf(*keeper_.config())});
+}
+
 void Agent::OnInStep() {
   monitor_.ServerInStep();
   if (source_ == CommandSource::Given || source_ == CommandSource::Pipe) {
@@ -93,11 +99,16 @@ ExitStatus Agent::Run() {
   try {
     Serve();
   } catch (...) {
-    monitor_.GiveUp();
+    GiveUp();
     throw;
   }
-  monitor_.GiveUp();
+  GiveUp();
   return Status();
+}
+
+void Agent::GiveUp() {
+  monitor_.GiveUp();
+  console_.ShowProgress("");
 }
 
 void Agent::Serve() {
@@ -112,16 +123,23 @@ void Agent::Serve() {
     if (Finished()) {
       return;
     }
+    ShowProgress();
     Wait();
   } while (TakeSignals());
   Abandon();
-  console_.Report("stopped; the server keeps its configuration");
+  console_.Tell(StopNews{});
 }
 
 void Agent::Abandon() {
   if (script_.waiting() > 0) {
     console_.Complain("stopped; " + Count(script_.waiting(), "command") + " not run");
     script_.Note(EndReason::ServerLost);
+  }
+}
+
+void Agent::ShowProgress() {
+  if (console_.shows_progress()) {
+    console_.ShowProgress(monitor_.Progress());
   }
 }
 
@@ -133,6 +151,9 @@ void Agent::Wait() {
       {input_ != nullptr && !input_->ended() ? input_->fd() : -1, POLLIN, 0},
   }};
   int timeout = vorx_poll_timeout(bus_.handle());
+  if (console_.shows_progress() && !monitor_.Idle()) {
+    timeout = Sooner(timeout, static_cast<int>(kProgress.count()));
+  }
   for (const auto& due : {settle_.due(), monitor_.Deadline(), script_.Deadline()}) {
     if (due) {
       timeout = Sooner(timeout, PollTimeout(*due));
@@ -184,14 +205,14 @@ void Agent::Reload(ConfigKeeper::Outcome outcome, bool asked) {
   switch (outcome) {
     case ConfigKeeper::Outcome::Unchanged:
       if (asked) {
-        console_.Report("configuration unchanged");
+        TellConfiguration(ConfigurationNews::What::Unchanged);
       }
       break;
     case ConfigKeeper::Outcome::Restored:
-      console_.Report("configuration as in force; nothing to do");
+      TellConfiguration(ConfigurationNews::What::Restored);
       break;
     case ConfigKeeper::Outcome::Loaded:
-      console_.Report("configuration reloaded: " + Summary(*keeper_.config()));
+      TellConfiguration(ConfigurationNews::What::Reloaded);
       HandIn();
       break;
     case ConfigKeeper::Outcome::Rejected:

@@ -50,10 +50,14 @@ class Agent {
  private:
   void RegisterHandlers();
   void HandIn();
+  void TellConfiguration(ConfigurationNews::What what) const;
   void OnInStep();
   void Serve();
   // Tells which commands a signal kept from running.
   void Abandon();
+  // Says of the tests that run that they will not be followed.
+  void GiveUp();
+  void ShowProgress();
   void Wait();
   // Acts on the signals that have come; false when one of them ends the agent.
   bool TakeSignals();

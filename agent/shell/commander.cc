@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "core/text.h"
+#include "core/show.h"
 
 namespace cfm_agent {
 namespace {
@@ -21,10 +21,10 @@ Interface InterfaceOf(sepan_port_t port) {
 
 // Follows a test and sends its trigger, if there is a server to send it to.
 template <typename Trigger>
-void Start(TestKind kind, Trigger trigger, Monitor& monitor, cfm::Client& client,
+void Start(TestKind kind, const Plan& plan, Trigger trigger, Monitor& monitor, cfm::Client& client,
            void (cfm::Client::*send)(const Trigger&)) {
   const auto request_id = monitor.Begin(kind, {trigger.md_name, trigger.ma_name, trigger.mep_id},
-                                        trigger.remote_mep_id);
+                                        trigger.remote_mep_id, plan);
   if (request_id) {
     trigger.request_id = *request_id;
     (client.*send)(trigger);
@@ -43,15 +43,18 @@ void Commander::Run(const Command& command, cfm::Client& client) {
 }
 
 void Commander::Do(const cfm::linktrace_trigger& trigger, cfm::Client& client) {
-  Start(TestKind::Linktrace, trigger, monitor_, client, &cfm::Client::LinktraceTrigger);
+  Start(TestKind::Linktrace, {0, trigger.ttl}, trigger, monitor_, client,
+        &cfm::Client::LinktraceTrigger);
 }
 
 void Commander::Do(const cfm::loopback_trigger& trigger, cfm::Client& client) {
-  Start(TestKind::Loopback, trigger, monitor_, client, &cfm::Client::LoopbackTrigger);
+  Start(TestKind::Loopback, {trigger.param_a, 0}, trigger, monitor_, client,
+        &cfm::Client::LoopbackTrigger);
 }
 
 void Commander::Do(const cfm::delay_measurement_trigger& trigger, cfm::Client& client) {
-  Start(TestKind::Delay, trigger, monitor_, client, &cfm::Client::DelayMeasurementTrigger);
+  Start(TestKind::Delay, {trigger.param_a, 0}, trigger, monitor_, client,
+        &cfm::Client::DelayMeasurementTrigger);
 }
 
 void Commander::Do(const StatisticsCommand& /*command*/, cfm::Client& client) {
@@ -62,17 +65,17 @@ void Commander::Do(const StatisticsCommand& /*command*/, cfm::Client& client) {
 
 void Commander::Do(const ClearCommand& command, cfm::Client& client) {
   if (monitor_.server() == ServerState::Absent) {
-    console_.Complain("clear: server lost, nothing is cleared");
+    console_.Complain("server lost, nothing is cleared", "clear");
     failed_(EndReason::ServerLost);
     return;
   }
   if (timing_ == Timing::UpToDate && monitor_.server() == ServerState::Found) {
-    console_.Complain("clear: the server does not answer, nothing is cleared");
+    console_.Complain("the server does not answer, nothing is cleared", "clear");
     failed_(EndReason::TimedOut);
     return;
   }
   client.ClearStatistics(NullIfAbsent(command.md), NullIfAbsent(command.ma), command.mep_id);
-  console_.Print("clear: sent");
+  console_.Tell(ClearAnswer{});
 }
 
 void Commander::Do(const ShowCommand& command, cfm::Client& client) {
@@ -96,9 +99,7 @@ void Commander::Refresh(const cfm::Client& client) {
 }
 
 void Commander::Do(const HelpCommand& /*command*/, cfm::Client& /*client*/) {
-  for (const std::string& line : CommandHelp()) {
-    console_.Print(line);
-  }
+  console_.Tell(HelpAnswer{CommandUsages()});
 }
 
 void Commander::Do(const QuitCommand& /*command*/, cfm::Client& /*client*/) { quit_ = true; }
@@ -125,20 +126,20 @@ void Commander::OnEnded(const TestEnd& end) {
 
 void Commander::FailShow(const ShowCommand& command, EndReason reason) {
   console_.Complain(reason == EndReason::ServerLost
-                        ? "show: server lost; this is what is known without it"
-                        : "show: the server does not answer; this is what was known");
+                        ? "server lost; this is what is known without it"
+                        : "the server does not answer; this is what was known",
+                    "show");
   failed_(reason);
   PrintShow(command);
 }
 
 void Commander::PrintShow(const ShowCommand& command) {
-  const Shown shown =
+  ShowAnswer answer =
       Show(command, *keeper_.config(), monitor_.table(), monitor_.server(), InterfaceOf);
-  for (const std::string& line : shown.lines) {
-    console_.Print(line);
-  }
-  if (!shown.found) {
-    console_.Complain("show: there is nothing of that name");
+  const bool found = answer.found;
+  console_.Tell(std::move(answer));
+  if (!found) {
+    console_.Complain("there is nothing of that name", "show");
     mistaken_ = true;
   }
 }

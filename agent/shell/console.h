@@ -2,38 +2,54 @@
 #ifndef CFM_AGENT_SHELL_CONSOLE_H
 #define CFM_AGENT_SHELL_CONSOLE_H
 
+#include <string>
 #include <string_view>
+
+#include "core/renderer.h"
 
 namespace cfm_agent {
 
 class Console {
  public:
   enum class Volume { Normal, Quiet };
+  enum class Progress { Hidden, Shown };
 
-  explicit Console(Volume volume = Volume::Normal) : volume_(volume) {}
+  // The renderer outlives the console.
+  Console(const Renderer& renderer, Volume volume, Progress progress)
+      : renderer_(renderer), volume_(volume), progress_(progress) {}
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
   virtual ~Console() = default;
 
-  // Results that were asked for.
-  void Print(std::string_view line) { Write(Stream::Output, line); }
-  // News, which a quiet console leaves out.
-  void Report(std::string_view line) {
-    if (volume_ == Volume::Normal) {
-      Write(Stream::Output, line);
-    }
+  // A quiet console leaves out news.
+  void Tell(const Record& record);
+  // Mistakes and failures; of a command, if it is named.
+  void Complain(std::string text, std::string command = "") {
+    Tell(Complaint{std::move(text), std::move(command)});
   }
-  // Mistakes and failures.
-  void Complain(std::string_view line) { Write(Stream::Error, line); }
+
+  bool shows_progress() const { return progress_ == Progress::Shown; }
+  // Shows a line that stays below all others until it is replaced. Empty takes it away.
+  void ShowProgress(const std::string& line);
+
+  // Whether something that was to go to standard output could not be written.
+  bool failed() const { return failed_; }
 
  protected:
-  enum class Stream { Output, Error };
+  static constexpr const char* kClearLine = "\r\x1b[K";
 
-  // Writes a whole line at once, so that a reader of a pipe sees it as it happens.
-  virtual void Write(Stream stream, std::string_view line);
+  // Writes whole lines at once, so that a reader of a pipe sees them as they happen.
+  virtual void Write(Stream stream, std::string_view lines);
+  virtual void DrawProgress();
+  const std::string& progress_line() const { return progress_line_; }
+  void Put(Stream stream, std::string_view text);
 
  private:
+  const Renderer& renderer_;
   Volume volume_;
+  Progress progress_;
+  std::string progress_line_;
+  bool failed_ = false;
 };
 
 }  // namespace cfm_agent

@@ -4,6 +4,9 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "core/command.h"
 
@@ -23,7 +26,7 @@ constexpr const char* kExitStatus =
     "  1  the configuration file has mistakes or cannot be read\n"
     "  2  the command line, or a command, makes no sense, or show finds nothing of a name\n"
     "  3  the bus cannot be joined, or has gone away\n"
-    "  4  the operating system refused something indispensable\n"
+    "  4  the operating system refused something indispensable, or took no output\n"
     "  5  the server refused a command\n"
     "  6  a command timed out; show still shows what was known\n"
     "  7  a command ended because its endpoint was removed or the server lost, or had not ended\n"
@@ -33,10 +36,44 @@ constexpr const char* kExitStatus =
 
 std::string Footer() {
   std::string text = "Commands:\n";
-  for (const std::string& line : CommandHelp()) {
+  for (const std::string& line : TextOf(CommandUsages())) {
     text += "  " + line + '\n';
   }
   return text + '\n' + kExitStatus;
+}
+
+template <typename Choice>
+using Choices = std::vector<std::pair<std::string, Choice>>;
+
+// An option whose values are the words of a list.
+template <typename Choice>
+void AddChoice(CLI::App& app, const char* name, const char* type, const char* description,
+               const Choices<Choice>& choices, Choice& chosen) {
+  std::vector<std::string> words;
+  for (const auto& [word, choice] : choices) {
+    words.push_back(word);
+  }
+  const auto take = [choices, &chosen](const std::string& word) {
+    for (const auto& [candidate, choice] : choices) {
+      chosen = candidate == word ? choice : chosen;
+    }
+  };
+  app.add_option_function<std::string>(name, take, description)
+      ->type_name(type)
+      ->check(CLI::IsMember(words));
+}
+
+void AddOutputOptions(CLI::App& app, Options& options) {
+  AddChoice(app, "-o,--output", "FORMAT",
+            "text for people, the default, or a JSON object on each line for programs",
+            Choices<OutputFormat>{{"text", OutputFormat::Text}, {"json", OutputFormat::Json}},
+            options.output);
+  AddChoice(app, "--color", "WHEN",
+            "whether text is coloured; auto, the default: on a terminal, unless NO_COLOR is set",
+            Choices<ColourChoice>{{"auto", ColourChoice::Auto},
+                                  {"always", ColourChoice::Always},
+                                  {"never", ColourChoice::Never}},
+            options.colour);
 }
 
 void AddOptions(CLI::App& app, Options& options, int& timeout) {
@@ -69,6 +106,7 @@ void AddOptions(CLI::App& app, Options& options, int& timeout) {
       ->type_name("SECONDS")
       ->check(CLI::Range(1, 86400))
       ->capture_default_str();
+  AddOutputOptions(app, options);
   app.add_flag("--check", options.check, "only check the configuration file")
       ->excludes(execute)
       ->excludes(interactive);

@@ -15,11 +15,15 @@ enum class ExitStatus : int {
   BadConfig = 1,       // the configuration file has mistakes or cannot be read
   BadCommandLine = 2,  // the command line, or a command, makes no sense
   BusFailed = 3,       // the bus cannot be joined, or has gone away
-  SystemFailed = 4,    // the operating system refuses something the agent cannot do without
+  SystemFailed = 4,    // the operating system refuses something the agent cannot do without, or
+                       // takes no output
   Refused = 5,         // the server refused a command
   TimedOut = 6,        // a command timed out
   Broken = 7,          // a command ended with its endpoint or with the server
 };
+
+enum class OutputFormat { Text, Json };
+enum class ColourChoice { Auto, Always, Never };
 
 struct Options {
   std::string config;
@@ -30,6 +34,8 @@ struct Options {
   bool interactive = false;
   std::chrono::seconds timeout{10};
   bool check = false;
+  OutputFormat output = OutputFormat::Text;
+  ColourChoice colour = ColourChoice::Auto;
 };
 
 // The options, or the status to exit with at once: help or a complaint has been printed.

@@ -8,16 +8,16 @@
 #include <cerrno>
 #include <cstdio>
 #include <cwchar>
-#include <iostream>
 #include <system_error>
 
 #include "shell/keys.h"
+#include "shell/tty.h"
 
 namespace cfm_agent {
 namespace {
 
 constexpr int kHistorySize = 1000;
-constexpr const char* kClearLine = "\r\x1b[K";
+constexpr const char* kPrompt = "cfm-agent> ";
 
 // What the editor makes of the key for the end of input.
 constexpr const char* kEndOfInput = "\x04";
@@ -25,11 +25,6 @@ constexpr const char* kEndOfInput = "\x04";
 // How soon a key's other bytes follow its first ones. What comes later is another key: the first
 // was Escape alone, or another that only begins a longer one.
 constexpr std::chrono::milliseconds kKeyTime{500};
-
-char* Prompt(EditLine* /*editor*/) {
-  static std::string prompt = "cfm-agent> ";
-  return prompt.data();
-}
 
 // The longest beginning that all words share.
 std::string CommonBeginning(const std::vector<std::string>& words) {
@@ -43,9 +38,12 @@ std::string CommonBeginning(const std::vector<std::string>& words) {
 
 }  // namespace
 
-Terminal::Terminal(Completer completer, std::string history_file)
-    : completer_(std::move(completer)),
+Terminal::Terminal(const Renderer& renderer, Progress progress, Completer completer,
+                   std::string history_file)
+    : Console(renderer, Volume::Normal, progress),
+      completer_(std::move(completer)),
       history_file_(std::move(history_file)),
+      prompt_(kPrompt),
       history_(history_init()),
       editor_(el_init("cfm-agent", stdin, stdout, stderr)) {
   if (!history_ || !editor_) {
@@ -57,7 +55,7 @@ Terminal::Terminal(Completer completer, std::string history_file)
 
 Terminal::~Terminal() {
   el_set(editor_.get(), EL_UNBUFFERED, 0);
-  std::cout << kClearLine << std::flush;
+  Put(Stream::Output, kClearLine);
 }
 
 void Terminal::SetUpHistory() {
@@ -72,7 +70,7 @@ void Terminal::SetUpHistory() {
 void Terminal::SetUpEditor() {
   EditLine* editor = editor_.get();
   el_set(editor, EL_CLIENTDATA, this);
-  el_set(editor, EL_PROMPT, &Prompt);
+  el_set(editor, EL_PROMPT, &OnPrompt);
   el_set(editor, EL_EDITOR, "emacs");
   el_set(editor, EL_SIGNAL, 0);
   el_set(editor, EL_HIST, history, history_.get());
@@ -83,6 +81,8 @@ void Terminal::SetUpEditor() {
   for (const char* key : {"^V", "^[x", "^[X"}) {
     el_set(editor, EL_BIND, key, "ed-unassigned", nullptr);
   }
+  // Earlier lines with what is typed in them; the search that goes on with every key reads keys.
+  el_set(editor, EL_BIND, "^R", "ed-search-prev-history", nullptr);
   el_source(editor, nullptr);
   el_set(editor, EL_BIND, "^C", "clear-or-end", nullptr);
   el_set(editor, EL_GETCFN, &OnRead);
@@ -172,9 +172,16 @@ int Terminal::OnRead(EditLine* editor, wchar_t* character) {
 
 void Terminal::Resize() { el_resize(editor_.get()); }
 
-void Terminal::Write(Stream stream, std::string_view line) {
-  std::cout << kClearLine << std::flush;
-  Console::Write(stream, line);
+void Terminal::Write(Stream stream, std::string_view lines) {
+  Put(Stream::Output, kClearLine);
+  Put(stream, lines);
+  Redraw();
+}
+
+void Terminal::DrawProgress() {
+  const std::string line = progress_line().substr(0, OutputColumns() / 2);
+  prompt_ = (line.empty() ? "" : '[' + line + "] ") + kPrompt;
+  Put(Stream::Output, kClearLine);
   Redraw();
 }
 
@@ -198,6 +205,8 @@ Terminal& Terminal::Self(EditLine* editor) {
   el_get(editor, EL_CLIENTDATA, &self);
   return *static_cast<Terminal*>(self);
 }
+
+char* Terminal::OnPrompt(EditLine* editor) { return Self(editor).prompt_.data(); }
 
 unsigned char Terminal::OnTab(EditLine* editor, int /*key*/) { return Self(editor).CompleteWord(); }
 
@@ -232,8 +241,7 @@ unsigned char Terminal::CompleteWord() {
   for (const std::string& candidate : found.words) {
     all += candidate + "  ";
   }
-  std::cout << std::endl;
-  Console::Write(Stream::Output, all);
+  Put(Stream::Output, '\n' + all + '\n');
   return CC_REDISPLAY;
 }
 

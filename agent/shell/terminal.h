@@ -21,7 +21,8 @@ class Terminal : public Console, public Input {
 
   // Takes the terminal over from standard input, and gives it back when destroyed. The history is
   // kept in a file, if one is named. Throws std::system_error.
-  Terminal(Completer completer, std::string history_file);
+  Terminal(const Renderer& renderer, Progress progress, Completer completer,
+           std::string history_file);
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
   ~Terminal() override;
@@ -31,7 +32,9 @@ class Terminal : public Console, public Input {
   void Resize() override;
 
  protected:
-  void Write(Stream stream, std::string_view line) override;
+  void Write(Stream stream, std::string_view lines) override;
+  // As a part of the prompt.
+  void DrawProgress() override;
 
  private:
   struct EndEditor {
@@ -43,6 +46,7 @@ class Terminal : public Console, public Input {
 
   static Terminal& Self(EditLine* editor);
   static int OnRead(EditLine* editor, wchar_t* character);
+  static char* OnPrompt(EditLine* editor);
   static unsigned char OnTab(EditLine* editor, int key);
   static unsigned char OnCancel(EditLine* editor, int key);
   std::vector<std::string> TakeKey();
@@ -56,6 +60,7 @@ class Terminal : public Console, public Input {
 
   Completer completer_;
   std::string history_file_;
+  std::string prompt_;
   std::string key_;  // the bytes of the key that is being typed
   std::chrono::steady_clock::time_point key_begins_;
   bool starved_ = false;    // the editor wanted more than the key

@@ -146,7 +146,7 @@ TEST(Command, TellsWhatIsWrong) {
 }
 
 TEST(Command, HelpNamesEveryCommand) {
-  const auto lines = CommandHelp();
+  const auto lines = TextOf(CommandUsages());
   for (const char* name :
        {"linktrace", "loopback", "delay", "statistics", "clear", "show", "help", "quit"}) {
     EXPECT_THAT(lines, ::testing::Contains(StartsWith(name)));

@@ -329,9 +329,9 @@ std::string FileText(const std::string& name) {
 }
 
 TEST(Examples, HoldWhatTheyPromise) {
-  EXPECT_EQ(Summary(ReadGood(FileText("minimal.yaml"))),
+  EXPECT_EQ(Summary(CountsOf(ReadGood(FileText("minimal.yaml")))),
             "1 domain, 1 association, 1 endpoint, 0 probes with 0 sessions");
-  EXPECT_EQ(Summary(ReadGood(FileText("demo.yaml"))),
+  EXPECT_EQ(Summary(CountsOf(ReadGood(FileText("demo.yaml")))),
             "3 domains, 12 associations, 40 endpoints, 6 probes with 9 sessions");
 }
 

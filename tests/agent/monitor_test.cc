@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "core/handlers.h"
+#include "core/text_renderer.h"
 
 namespace cfm_agent {
 namespace {
@@ -24,16 +25,22 @@ class MonitorTest : public ::testing::Test {
     reports_.clear();
   }
 
+  void Take(const Record& record) {
+    auto& taken = IsNews(record) ? reports_ : lines_;
+    for (std::string& line : renderer_.Render(record, {})) {
+      taken.push_back(std::move(line));
+    }
+  }
+
+  TextRenderer renderer_{Style{}};
   TimePoint now_;
   std::vector<std::string> lines_;    // results
   std::vector<std::string> reports_;  // news
   std::vector<EndReason> ends_;
-  Monitor monitor_{
-      0,
-      seconds(10),
-      {[this] { return now_; }, [this](const std::string& line) { lines_.push_back(line); },
-       [this](const std::string& line) { reports_.push_back(line); },
-       [this](const TestEnd& end) { ends_.push_back(end.reason); }}};
+  Monitor monitor_{0,
+                   seconds(10),
+                   {[this] { return now_; }, [this](const Record& record) { Take(record); },
+                    [this](const TestEnd& end) { ends_.push_back(end.reason); }}};
   StatusHandler status_{monitor_};
   StatisticsHandler statistics_{monitor_};
   LinktraceHandler linktrace_{monitor_};
@@ -61,7 +68,7 @@ TEST_F(MonitorTest, ReportsStatusThatIsNews) {
       reports_,
       ElementsAre("MEP d a 1: 00:00:00:00:00:00, port unknown, interface unknown, no defect",
                   "MEP d a 1 remote 9: 00:00:00:00:00:00, 0, port unknown, interface "
-                  "unknown, since uptime 0"));
+                  "unknown, since uptime 0 ms"));
   EXPECT_THAT(lines_, IsEmpty());
 }
 
@@ -75,7 +82,7 @@ TEST_F(MonitorTest, ReportsRemovals) {
 TEST_F(MonitorTest, ReportsTheEndOfAProbesSession) {
   status_.OnDelayMeasurementSessionEnded({});
   ASSERT_EQ(reports_.size(), 1U);
-  EXPECT_EQ(reports_[0].substr(0, 43), "delay measurement session ended: word 1: 0,");
+  EXPECT_EQ(reports_[0].substr(0, 38), "probe 0 session 0 run 0: complete, 0 s");
 }
 
 TEST_F(MonitorTest, PrintsALoopback) {
@@ -85,8 +92,6 @@ TEST_F(MonitorTest, PrintsALoopback) {
   loopback_.OnLoopbackEnded(id, 3, 1, 2, 0);
   EXPECT_THAT(lines_,
               ElementsAre("loopback 1 from MEP d a 1 to 9: started towards 02:00:00:00:00:01",
-                          "loopback 1 from MEP d a 1 to 9: reply from 02:00:00:00:00:01, "
-                          "transaction 5",
                           "loopback 1 from MEP d a 1 to 9: complete, 1 of 3 expected replies in "
                           "order, 2 out of order, 0 with a wrong payload"));
   EXPECT_THAT(ends_, ElementsAre(EndReason::Complete));
@@ -95,14 +100,23 @@ TEST_F(MonitorTest, PrintsALoopback) {
 TEST_F(MonitorTest, PrintsADelayMeasurement) {
   const auto id = monitor_.Begin(TestKind::Delay, kMep, 9).value();
   delay_.OnDelayMeasurementStarted(id, kMac);
-  delay_.OnDelayMeasurementReplyRx(id, kMac);
+  for (const int gap : {0, 20, 20, 41}) {
+    now_ += std::chrono::milliseconds(gap);
+    delay_.OnDelayMeasurementReplyRx(id, kMac);
+  }
   delay_.OnDelayMeasurementEnded(id, 9, 10, 0.5, 1, 1.5, 2, 2.5, 3, 7);
   EXPECT_THAT(
       lines_,
-      ElementsAre("delay measurement 1 from MEP d a 1 to 9: started towards 02:00:00:00:00:01",
-                  "delay measurement 1 from MEP d a 1 to 9: reply from 02:00:00:00:00:01",
-                  "delay measurement 1 from MEP d a 1 to 9: complete, 10 sent, 9 received, results "
-                  "0.5 1 1.5 2 2.5 3, extra count 7"));
+      ElementsAre(
+          "delay measurement 1 from MEP d a 1 to 9: started towards 02:00:00:00:00:01",
+          "  MICROSECONDS  LEAST   MEAN  GREATEST",
+          "  delay         0.500  1.000     1.500  |--------------------o-------------------|",
+          "  variation     2.000  2.500     3.000  |--------------------o-------------------|",
+          "  BETWEEN REPLIES  COUNT", "       20 - 25 ms      2  " + std::string(30, '#'),
+          "       25 - 30 ms      0", "       30 - 35 ms      0", "       35 - 40 ms      0",
+          "       40 - 45 ms      1  " + std::string(15, '#'),
+          "delay measurement 1 from MEP d a 1 to 9: complete, 10 sent, 9 received, 1 lost, "
+          "7 not counted"));
 }
 
 TEST_F(MonitorTest, PrintsALinktraceOnceThoughTwoHandlersGetIt) {
@@ -117,11 +131,11 @@ TEST_F(MonitorTest, PrintsALinktraceOnceThoughTwoHandlersGetIt) {
   linktrace_.OnMepLinktraceReplyRx("d", "a", 1, reply);
   status_.OnMepLinktraceEnded("d", "a", 1, 77);
   linktrace_.OnMepLinktraceEnded("d", "a", 1, 77);
-  EXPECT_THAT(lines_,
-              ElementsAre("linktrace 1 from MEP d a 1 to 9: started towards 02:00:00:00:00:01",
-                          "linktrace 1 from MEP d a 1 to 9: reply from 00:00:00:00:00:00, TTL 63, "
-                          "relay action FDB",
-                          "linktrace 1 from MEP d a 1 to 9: complete, 1 reply"));
+  EXPECT_THAT(
+      lines_,
+      ElementsAre("linktrace 1 from MEP d a 1 to 9: started towards 02:00:00:00:00:01", "  * MEP 1",
+                  "  o hop 1: 00:00:00:00:00:00, relay action FDB", "  : no reply from MEP 9",
+                  "linktrace 1 from MEP d a 1 to 9: complete, 1 reply"));
 }
 
 TEST_F(MonitorTest, PrintsTheValueThatALinktraceStartsWith) {
@@ -192,10 +206,29 @@ TEST_F(MonitorTest, PrintsStatisticsThatWereAskedFor) {
   statistics_.OnStatsReplyLocalMep("d", "a", 1, {1, 2, 3});
   statistics_.OnStatsReplyRemoteMep("d", "a", 1, 9, {4});
   statistics_.OnStatsReply();
-  EXPECT_THAT(lines_, ElementsAre("MEP d a 1: CCMs sent 2, last sequence number sent 3, received "
-                                  "out of sequence 1",
-                                  "MEP d a 1 remote 9: last sequence number received 4",
-                                  "statistics 1: complete"));
+  EXPECT_THAT(
+      lines_,
+      ElementsAre("  DOMAIN  ASSOCIATION  MEP  CCMS SENT  LAST NUMBER SENT  OUT OF SEQUENCE",
+                  "  d       a              1          2                 3                1",
+                  "  DOMAIN  ASSOCIATION  MEP  REMOTE MEP  LAST NUMBER RECEIVED",
+                  "  d       a              1           9                     4",
+                  "statistics 1: complete"));
+}
+
+TEST_F(MonitorTest, TellsHowFarTestsAre) {
+  EXPECT_EQ(monitor_.Progress(), "");
+  const auto loopback = monitor_.Begin(TestKind::Loopback, kMep, 9, {100, 0}).value();
+  monitor_.Begin(TestKind::Statistics);
+  monitor_.Begin(TestKind::Linktrace, kMep, 9);
+  loopback_.OnLoopbackReplyRx(loopback, 1, kMac);
+  now_ += std::chrono::milliseconds(2999);
+  EXPECT_EQ(monitor_.Progress(), "loopback 1: 1/100 replies, 2 s; linktrace 3: 0 hops, 2 s");
+  loopback_.OnLoopbackEnded(loopback, 100, 1, 0, 0);
+  EXPECT_EQ(monitor_.Progress(), "linktrace 3: 0 hops, 2 s");
+  monitor_.ServerLost();
+  const auto delay = monitor_.Begin(TestKind::Delay, kMep, 9);
+  EXPECT_EQ(delay, std::nullopt);
+  EXPECT_EQ(monitor_.Progress(), "");
 }
 
 TEST_F(MonitorTest, SaysNothingOfARefresh) {

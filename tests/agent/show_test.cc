@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "core/status_table.h"
+#include "core/show_text.h"
 #include "read_text.h"
 
 namespace cfm_agent::testing {
@@ -32,9 +32,9 @@ class ShowTest : public ::testing::Test {
   ShowTest() : config_(*ReadConfig(kConfig, ports_.Function()).config) {}
 
   std::vector<std::string> Lines(const ShowCommand& filter = {}) const {
-    return ShowOf(filter).lines;
+    return TextOf(ShowOf(filter), {});
   }
-  Shown ShowOf(const ShowCommand& filter) const {
+  ShowAnswer ShowOf(const ShowCommand& filter) const {
     return Show(filter, config_, table_, server_, [this](sepan_port_t port) {
       const bool is_first = port == ports_.Of("eth1");
       return Interface{is_first ? "eth1" : "eth2", !missing_ || is_first};
@@ -43,7 +43,7 @@ class ShowTest : public ::testing::Test {
   // The line of an endpoint.
   std::string LineOf(const char* mep_id) const {
     for (const std::string& line : Lines()) {
-      if (line.rfind(std::string("    ") + mep_id + ' ', 0) == 0) {
+      if (line.find(std::string("1s    ") + mep_id + ' ') != std::string::npos) {
         return line;
       }
     }
@@ -75,29 +75,26 @@ TEST_F(ShowTest, PutsWhatIsConfiguredBesideWhatIsReported) {
   table_.Remote(kFirst, 9, Remote(3));
   EXPECT_THAT(
       Lines(),
-      ElementsAre("server: in step", "domain metro, level 5", "  association line, CCM interval 1s",
-                  "    MEP  PORT  CONFIGURED               REPORTED                "
-                  "                              "
-                  "   GAP",
-                  "    1    eth1  up, active, CCM on       port up, interface up, "
-                  "no defect, remote MEPs 1 of 2 "
-                  "ok",
-                  "    2    eth2  down, inactive, CCM off  -                      "
-                  "                               "
-                  "   never reported",
-                  "  association spare, CCM interval 1s", "    no endpoints",
-                  "domain quiet, level 0"));
+      ElementsAre(
+          "server: in step", "domain metro, level 5",
+          "  ASSOCIATION  INTERVAL  MEP  PORT          DIRECTION  ADMIN     CCM  REMOTE MEPS  PORT "
+          "STATUS  INTERFACE  DEFECTS  GAP",
+          "  line               1s    1  eth1          up         active    on   1 of 2 ok    up   "
+          "        up         none",
+          "  line               1s    2  eth2          down       inactive  off  -            -    "
+          "        -          -        never reported",
+          "  spare              1s    -  no endpoints", "domain quiet, level 0"));
 }
 
 TEST_F(ShowTest, GivesNoReasonWhereThereIsNoGap) {
   table_.Local(kFirst, Up());
-  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("of 2 ok"));
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith(" none"));
 }
 
 TEST_F(ShowTest, TellsThatTheServerIsAbsent) {
   server_ = ServerState::Absent;
   EXPECT_EQ(Lines().front(), "server: absent");
-  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("-         server absent"));
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith(" -        server absent"));
 }
 
 TEST_F(ShowTest, TellsThatTheServerIsNotInStep) {
@@ -110,7 +107,7 @@ TEST_F(ShowTest, TellsThatAnInterfaceIsMissing) {
   missing_ = true;
   table_.Local(kSecond, Up());
   EXPECT_THAT(LineOf("2"), ::testing::EndsWith("interface eth2 missing"));
-  EXPECT_THAT(LineOf("2"), HasSubstr("port up"));
+  EXPECT_THAT(LineOf("2"), HasSubstr(" up           up "));
   EXPECT_THAT(LineOf("1"), ::testing::EndsWith("never reported"));
 }
 
@@ -118,7 +115,7 @@ TEST_F(ShowTest, TellsThatTheServerRemovedAnEndpoint) {
   table_.Local(kFirst, Up());
   table_.LocalRemoved(kFirst);
   EXPECT_THAT(LineOf("1"), ::testing::EndsWith("removed by the server"));
-  EXPECT_THAT(LineOf("1"), Not(HasSubstr("port up")));
+  EXPECT_THAT(LineOf("1"), HasSubstr(" -            -          - "));
 }
 
 TEST_F(ShowTest, ForgetsARemovalOnceTheEndpointIsReportedAgain) {
@@ -139,8 +136,9 @@ TEST_F(ShowTest, ListsWhatIsReportedButNotConfigured) {
   table_.LocalRemoved({"gone", "x", 1});
   const auto lines = Lines();
   EXPECT_THAT(lines, Contains("reported by the server but not configured"));
-  EXPECT_THAT(lines, Contains("  MEP metro line 7: port up, interface up, no defect"));
-  EXPECT_THAT(lines, Contains("  MEP \"else where\" x 1: port up, interface up, no defect"));
+  EXPECT_THAT(lines, Contains("  DOMAIN        ASSOCIATION  MEP  PORT STATUS  INTERFACE  DEFECTS"));
+  EXPECT_THAT(lines, Contains("  metro         line           7  up           up         none"));
+  EXPECT_THAT(lines, Contains("  \"else where\"  x              1  up           up         none"));
   EXPECT_THAT(lines, Not(Contains(HasSubstr("gone"))));
 }
 
@@ -149,21 +147,21 @@ TEST_F(ShowTest, OfOneEndpointListsItsRemoteMeps) {
   table_.Remote(kFirst, 8, Remote(4));
   table_.Remote(kFirst, 100, Remote(1));
   const auto lines = Lines({"metro", "line", 1});
-  const std::string zero = "00:00:00:00:00:00";
   EXPECT_THAT(
       lines,
       ElementsAre(
-          "server: in step", "domain metro, level 5", "  association line, CCM interval 1s",
-          HasSubstr("MEP  PORT"), HasSubstr("1    eth1"), HasSubstr("REMOTE  REPORTED"),
-          "      8       " + zero + ", ok, port unknown, interface unknown, since uptime 0",
-          ::testing::MatchesRegex("      9       - +never reported"),
-          "      100     " + zero +
-              ", idle, port unknown, interface unknown, since uptime 0  not in the MEP list"));
+          "server: in step", "domain metro, level 5", HasSubstr("  ASSOCIATION"),
+          HasSubstr("  line "), "  remote MEPs of endpoint 1",
+          "    MEP  STATE  ADDRESS            PORT STATUS  INTERFACE  SINCE UPTIME  GAP",
+          "      8  ok     00:00:00:00:00:00  unknown      unknown            0 ms",
+          "      9  -      -                  -            -                     -  never reported",
+          "    100  idle   00:00:00:00:00:00  unknown      unknown            0 ms  not in the MEP "
+          "list"));
 }
 
 TEST_F(ShowTest, TellsWhyARemoteMepIsNotReported) {
   const auto row = [this] { return Lines({"metro", "line", 1}).at(6); };
-  EXPECT_THAT(row(), ::testing::MatchesRegex("      8       - +never reported"));
+  EXPECT_THAT(row(), ::testing::MatchesRegex("      8  - .* -  never reported"));
   table_.Local(kFirst, Up());
   EXPECT_THAT(row(), ::testing::EndsWith(" never reported"));
   table_.RemoteRemoved(kFirst, 8);
@@ -174,7 +172,7 @@ TEST_F(ShowTest, TellsWhyARemoteMepIsNotReported) {
   EXPECT_THAT(row(), ::testing::EndsWith(" server absent"));
   server_ = ServerState::InStep;
   table_.Remote(kFirst, 8, Remote(4));
-  EXPECT_THAT(row(), HasSubstr(" ok, "));
+  EXPECT_THAT(row(), HasSubstr(" ok "));
   EXPECT_THAT(row(), Not(HasSubstr("removed")));
   table_.LocalRemoved(kFirst);
   EXPECT_THAT(row(), ::testing::EndsWith(" removed by the server"));
@@ -189,14 +187,15 @@ TEST_F(ShowTest, ForgetsARemovedRemoteMep) {
   table_.Local(kFirst, Up());
   table_.Remote(kFirst, 8, Remote(4));
   table_.RemoteRemoved(kFirst, 8);
-  EXPECT_THAT(LineOf("1"), HasSubstr("remote MEPs 0 of 2 ok"));
+  EXPECT_THAT(LineOf("1"), HasSubstr(" 0 of 2 ok "));
 }
 
 TEST_F(ShowTest, ShowsOnlyWhatIsAskedFor) {
   EXPECT_THAT(Lines({"quiet", {}, 0}), ElementsAre("server: in step", "domain quiet, level 0"));
-  EXPECT_THAT(Lines({"metro", "spare", 0}),
-              ElementsAre("server: in step", "domain metro, level 5",
-                          "  association spare, CCM interval 1s", "    no endpoints"));
+  EXPECT_THAT(
+      Lines({"metro", "spare", 0}),
+      ElementsAre("server: in step", "domain metro, level 5", "  ASSOCIATION  INTERVAL  MEP  PORT",
+                  "  spare              1s    -  no endpoints"));
 }
 
 TEST_F(ShowTest, TellsWhetherThereIsWhatIsAskedFor) {
@@ -205,9 +204,9 @@ TEST_F(ShowTest, TellsWhetherThereIsWhatIsAskedFor) {
   EXPECT_FALSE(ShowOf({"metro", "line", 77}).found);
   table_.Local({"metro", "line", 77}, Up());
   EXPECT_TRUE(ShowOf({"metro", "line", 77}).found);
-  const Shown nowhere = ShowOf({"nowhere", {}, 0});
+  const ShowAnswer nowhere = ShowOf({"nowhere", {}, 0});
   EXPECT_FALSE(nowhere.found);
-  EXPECT_THAT(nowhere.lines, ElementsAre("server: in step"));
+  EXPECT_THAT(TextOf(nowhere, {}), ElementsAre("server: in step"));
   config_ = Config{};
   EXPECT_TRUE(ShowOf({}).found);
 }
@@ -215,6 +214,26 @@ TEST_F(ShowTest, TellsWhetherThereIsWhatIsAskedFor) {
 TEST_F(ShowTest, ShowsAnEmptyConfiguration) {
   config_ = Config{};
   EXPECT_THAT(Lines(), ElementsAre("server: in step", "nothing configured"));
+}
+
+TEST_F(ShowTest, ColoursWhatIsGoodAndWhatIsNot) {
+  cfm::local_mep_status bad = Up();
+  bad.defect_remote_ccm = bad.rdi = true;
+  bad.highest_defect_priority = 3;
+  table_.Local(kFirst, bad);
+  table_.Local(kSecond, Up());
+  const auto lines = TextOf(ShowOf({}), {true, false});
+  EXPECT_EQ(lines.front(), "\x1b[32mserver: in step\x1b[0m");
+  EXPECT_THAT(lines.at(3), HasSubstr("\x1b[31mmissing CCMs\x1b[0m  \x1b[33msends RDI\x1b[0m"));
+  EXPECT_THAT(lines.at(3), HasSubstr("\x1b[31m0 of 2 ok\x1b[0m"));
+  EXPECT_THAT(lines.at(4), ::testing::EndsWith("\x1b[32mnone\x1b[0m"));
+}
+
+TEST_F(ShowTest, NamesAHighestDefectThatIsNotAmongThem) {
+  cfm::local_mep_status odd = Up();
+  odd.highest_defect_priority = 5;
+  table_.Local(kFirst, odd);
+  EXPECT_THAT(LineOf("1"), ::testing::EndsWith("none (highest: cross-connected CCMs)"));
 }
 
 TEST(StatusTable, TellsWhatIsNews) {

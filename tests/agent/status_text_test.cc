@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <locale>
-
-#include "core/columns.h"
+#include <limits>
 
 namespace cfm_agent {
 namespace {
@@ -29,8 +27,9 @@ TEST(LocalStatusText, NamesEveryDefectTheHighestFirst) {
   status.highest_defect_priority = 5;
   status.defect_rdi = status.defect_mac_status = status.defect_remote_ccm = true;
   status.defect_error_ccm = status.defect_xcon_ccm = status.defect_ais = true;
-  EXPECT_EQ(DescribeState(status),
-            "port blocked, interface lower layer down, block state 1, shutdown state 2, sends RDI, "
+  EXPECT_EQ(Describe(status),
+            "00:00:00:00:00:00, port blocked, interface lower layer down, block state 1, shutdown "
+            "state 2, sends RDI, "
             "defects: cross-connected CCMs, erroneous CCMs, missing CCMs, MAC status, RDI, AIS "
             "(highest: cross-connected CCMs)");
 }
@@ -38,15 +37,16 @@ TEST(LocalStatusText, NamesEveryDefectTheHighestFirst) {
 TEST(LocalStatusText, TellsAHighestDefectWithoutADefect) {
   cfm::local_mep_status status;
   status.highest_defect_priority = 3;
-  EXPECT_EQ(DescribeState(status),
-            "port unknown, interface unknown, defects: none (highest: missing CCMs)");
+  EXPECT_EQ(Describe(status),
+            "00:00:00:00:00:00, port unknown, interface unknown, defects: none (highest: missing "
+            "CCMs)");
 }
 
 TEST(LocalStatusText, ShowsNumbersItDoesNotKnow) {
   cfm::local_mep_status status;
   status.intf_status = 99;
   status.port_state = 4294967295U;
-  EXPECT_EQ(DescribeState(status), "port 4294967295, interface 99, no defect");
+  EXPECT_EQ(Describe(status), "00:00:00:00:00:00, port 4294967295, interface 99, no defect");
 }
 
 TEST(RemoteStatusText, TellsAllThereIs) {
@@ -60,14 +60,14 @@ TEST(RemoteStatusText, TellsAllThereIs) {
   status.sender_id = "edge\n7";
   EXPECT_EQ(Describe(status),
             "00:1a:ff:00:00:01, ok, port up, interface down, sends RDI, sender id \"edge\\x0a7\", "
-            "since uptime 18446744073709551615");
+            "since uptime 18446744073709551615 ms");
 }
 
 TEST(RemoteStatusText, NamesEveryState) {
   const auto state = [](std::uint32_t number) {
     cfm::remote_mep_status status;
     status.fsm_state = number;
-    return DescribeState(status).substr(0, DescribeState(status).find(','));
+    return StateSpan(status).text;
   };
   EXPECT_EQ(state(1), "idle");
   EXPECT_EQ(state(2), "start");
@@ -76,48 +76,40 @@ TEST(RemoteStatusText, NamesEveryState) {
   EXPECT_EQ(state(5), "5");
 }
 
-TEST(StatisticsText, OfBothKinds) {
-  EXPECT_EQ(Describe(cfm::local_mep_stats{1, 2, 3}),
-            "CCMs sent 2, last sequence number sent 3, received out of sequence 1");
-  EXPECT_EQ(Describe(cfm::remote_mep_stats{4}), "last sequence number received 4");
-}
-
-TEST(LinktraceReplyText, OfABareReply) {
-  cfm::LinktraceReplyEntry reply;
-  reply.source_mac = kMac;
-  reply.ttl = 63;
-  reply.relay_action = 1;
-  EXPECT_EQ(Describe(reply), "from 00:1a:ff:00:00:01, TTL 63, relay action hit");
-}
-
-TEST(LinktraceReplyText, OfAFullReply) {
-  cfm::LinktraceReplyEntry reply;
-  reply.source_mac = kMac;
-  reply.relay_action = 3;
-  reply.terminal_mep = true;
-  reply.forwarded = true;
-  reply.reply_ingress = std::make_unique<cfm::LtrReplyPort>();
-  reply.reply_ingress->action = 1;
-  reply.reply_ingress->mac = kMac;
-  reply.reply_ingress->port_id_present = true;
-  reply.reply_ingress->port_id = "eth0";
-  reply.reply_egress = std::make_unique<cfm::LtrReplyPort>();
-  reply.reply_egress->action = 4;
-  EXPECT_EQ(Describe(reply),
-            "from 00:1a:ff:00:00:01, TTL 0, relay action MPDB, terminal MEP, forwarded, ingress OK "
-            "at 00:1a:ff:00:00:01 port \"eth0\", egress VID at 00:00:00:00:00:00");
-}
-
-TEST(SessionResultText, GivesEveryNumberItsName) {
+TEST(SessionResultText, GivesEveryNumberItsMeaningAndUnit) {
   cfm::DelayMeasurementSessionResult result;
-  result.s_word_1 = 1;
-  result.s_byte = 255;
+  result.s_word_1 = 7;
+  result.s_word_2 = 3;
+  result.s_word_3 = 12;
+  result.s_wide_1 = 5000;
   result.s_wide_2 = 18446744073709551615U;
-  result.s_real_4 = 0.1;
+  result.s_word_4 = 20;
+  result.s_word_5 = 19;
+  result.s_word_10 = 2;
+  result.s_real_4 = 0.05;
+  result.s_word_6 = 10462;
+  result.s_real_1 = 10636.9079;
+  result.s_word_7 = 10905;
+  result.s_real_2 = 120.46;
+  result.s_word_8 = 1;
+  result.s_real_3 = 20.34;
+  result.s_word_9 = 44;
   EXPECT_EQ(Describe(result),
-            "word 1: 1, word 2: 0, byte: 255, word 3: 0, wide 1: 0, wide 2: 18446744073709551615, "
-            "word 4: 0, real 1: 0, real 2: 0, word 5: 0, word 6: 0, word 7: 0, word 8: 0, word 9: "
-            "0, word 10: 0, real 3: 0, real 4: 0.1");
+            "probe 7 session 3 run 12: complete, 20 sent, 19 received, 5.0 % lost, 2 not counted, "
+            "delay 10462 / 10636.9 / 10905 us, deviation 120.5 us, variation 1 / 20.3 / 44 us, "
+            "uptime 5000 to 18446744073709551615 ms");
+}
+
+TEST(SessionResultText, LeavesOutWhatNoReplyTells) {
+  cfm::DelayMeasurementSessionResult result;
+  result.s_byte = 2;
+  result.s_word_4 = 10;
+  result.s_real_4 = 1;
+  EXPECT_EQ(Describe(result),
+            "probe 0 session 0 run 0: endpoint gone, 10 sent, 0 received, 100.0 % lost, 0 not "
+            "counted, uptime 0 to 0 ms");
+  result.s_byte = 255;
+  EXPECT_EQ(Describe(result).substr(0, 28), "probe 0 session 0 run 0: 255");
 }
 
 TEST(DecimalText, IsShortAndExact) {
@@ -127,10 +119,23 @@ TEST(DecimalText, IsShortAndExact) {
   EXPECT_EQ(Decimal(1e300), "1e+300");
 }
 
-TEST(Columns, LineUpAndEndWithoutBlanks) {
-  EXPECT_EQ(AlignColumns({{"A", "BB", "C"}, {"aaa", "b"}, {"\xC3\xBC", "b", "c"}}, 2),
-            (std::vector<std::string>{"  A    BB  C", "  aaa  b", "  \xC3\xBC    b   c"}));
-  EXPECT_TRUE(AlignColumns({}, 2).empty());
+TEST(FixedText, HasItsDecimalsUnlessNobodyCouldReadIt) {
+  EXPECT_EQ(Fixed(0, 3), "0.000");
+  EXPECT_EQ(Fixed(-1.25, 1), "-1.2");
+  EXPECT_EQ(Fixed(1e300, 3), "1e+300");
+  EXPECT_EQ(Fixed(std::numeric_limits<double>::quiet_NaN(), 3), "nan");
+  EXPECT_EQ(Fixed(std::numeric_limits<double>::infinity(), 3), "inf");
+}
+
+TEST(StatusText, IsColouredByWhatItSays) {
+  const Style colour = {true, false};
+  cfm::local_mep_status local;
+  EXPECT_NE(Describe(local, colour).find("\x1b[32mno defect\x1b[0m"), std::string::npos);
+  local.defect_rdi = true;
+  EXPECT_NE(Describe(local, colour).find("\x1b[31mdefects: RDI"), std::string::npos);
+  cfm::remote_mep_status remote;
+  remote.fsm_state = 3;
+  EXPECT_NE(Describe(remote, colour).find("\x1b[31mfailed\x1b[0m"), std::string::npos);
 }
 
 }  // namespace

@@ -2,15 +2,14 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <array>
 #include <csignal>
 #include <cstdlib>
 
 #include "agent_fixture.h"
+#include "pseudo_terminal.h"
 #include "shell/keys.h"
 
 namespace cfm_agent::testing {
@@ -23,7 +22,7 @@ using ::testing::HasSubstr;
 // added to it.
 constexpr const char* kRunAtTerminal = R"(
 echo leak:wcsdup > "$4/lsan"
-export HOME="$4" TERM=xterm LC_ALL=C.UTF-8
+export HOME="$4" TERM=xterm LC_ALL=C.UTF-8 NO_COLOR=1
 export LSAN_OPTIONS="suppressions=$4/lsan:print_suppressions=0"
 exec "$0" --interactive --config "$1" --bus "$2" < "$3" > "$3")";
 
@@ -32,43 +31,24 @@ class Terminals : public AgentTest {
   void SetUp() override {
     WriteConfig(kOneEndpoint);
     StartServer();
-    terminal_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    ASSERT_GE(terminal_, 0);
-    ASSERT_EQ(grantpt(terminal_), 0);
-    ASSERT_EQ(unlockpt(terminal_), 0);
     Run();
   }
-  void TearDown() override { close(terminal_); }
 
   void Run() {
     agent_ = cfm_test::ChildProcess({"/bin/sh", "-c", kRunAtTerminal, CFM_AGENT, ConfigPath(),
-                                     bus_.address(), ptsname(terminal_), directory_.path()},
+                                     bus_.address(), terminal_.name(), directory_.path()},
                                     "", directory_.File("err"));
     ASSERT_TRUE(WaitUntilShown("server in step"));
   }
 
-  void Type(const std::string& keys) const {
-    ASSERT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
-  }
-
-  void ReadScreen() {
-    std::array<char, 4096> chunk{};
-    pollfd fd = {terminal_, POLLIN, 0};
-    while (poll(&fd, 1, 0) > 0 && (fd.revents & POLLIN) != 0) {
-      const ssize_t size = read(terminal_, chunk.data(), chunk.size());
-      if (size <= 0) {
-        break;
-      }
-      screen_.append(chunk.data(), static_cast<std::size_t>(size));
-    }
-  }
+  void Type(const std::string& keys) const { terminal_.Type(keys); }
 
   // Requests for statistics get empty answers.
   void Attend() {
     for (; answered_ < server_->CountOf(CFM_MGR_C2S_SIG_STATS_GET); ++answered_) {
       server_->Reply(CFM_MGR_S2C_SIG_STATS_REPLY, client_server::OpReplyAllStats());
     }
-    ReadScreen();
+    screen_ += terminal_.Read();
   }
 
   // Serves until the terminal has shown the text since the last such wait.
@@ -110,7 +90,7 @@ class Terminals : public AgentTest {
     server_->Publish(CFM_MGR_SRV_EVENT_REMOVED_LOCAL_MEP, removed);
   }
 
-  int terminal_ = -1;
+  PseudoTerminal terminal_;
   std::size_t answered_ = 0;
   std::string screen_;
 };
@@ -126,7 +106,7 @@ TEST_F(Terminals, CompleteWords) {
   Type("sho\t");
   EXPECT_TRUE(WaitUntilShown("w "));
   Type("\t\t\t\n");
-  EXPECT_TRUE(WaitUntilShown("REMOTE"));
+  EXPECT_TRUE(WaitUntilShown("remote MEPs of endpoint 1"));
 }
 
 TEST_F(Terminals, OfferWhatAWordMayBecome) {
@@ -153,6 +133,34 @@ TEST_F(Terminals, RememberCommandsAcrossRuns) {
   EXPECT_TRUE(WaitUntilShown("quit"));
   Type("\x1b[A\n");
   EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+}
+
+TEST_F(Terminals, SearchTheHistoryForWhatIsTyped) {
+  for (const char* command : {"statistics\n", "help\n"}) {
+    Type(command);
+  }
+  EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+  Type("tat\x12\n");
+  EXPECT_TRUE(WaitUntilShown("statistics 2: complete"));
+}
+
+TEST_F(Terminals, ShowInThePromptHowFarATestIs) {
+  Type("loopback d a 1 9 param-a=3\n");
+  ASSERT_TRUE(ServeUntilTestIsAsked());
+  client_server::OpLoopbackReplyRx reply;
+  reply.set_request_id(
+      server_->Last<client_server::OpLoopbackTriggerMsg>(CFM_MGR_C2S_SIG_LB_TRIGGER).request_id());
+  Type("stat");
+  server_->Publish(CFM_MGR_SRV_EVENT_LOOPBACK_REPLY_RX, reply);
+  EXPECT_TRUE(WaitUntilShown("[loopback 1: 1/3 replies, "));
+  EXPECT_TRUE(WaitUntilShown("] cfm-agent> stat"));
+  client_server::OpLoopbackEnded ended;
+  ended.set_request_id(reply.request_id());
+  server_->Publish(CFM_MGR_SRV_EVENT_LOOPBACK_ENDED, ended);
+  EXPECT_TRUE(WaitUntilShown("complete"));
+  EXPECT_TRUE(WaitUntilShown("\x1b[Kcfm-agent> stat"));
+  Type("istics\n");
+  EXPECT_TRUE(WaitUntilShown("statistics 2: "));
 }
 
 TEST_F(Terminals, KeepWhatIsTypedWhileSomethingIsPrinted) {
@@ -223,7 +231,7 @@ TEST_P(TerminalKeys, LeaveTheAgentToItsSignals) {
   // So that the key has been read before the signal comes.
   int unread = 1;
   EXPECT_TRUE(server_->ServeUntil([&] {
-    const int slave = open(ptsname(terminal_), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const int slave = open(terminal_.name().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
     EXPECT_EQ(ioctl(slave, FIONREAD, &unread), 0);
     close(slave);
     return unread == 0;

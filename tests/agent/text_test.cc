@@ -22,6 +22,22 @@ TEST(Printable, ShowsWhatIsNoUtf8InHexadecimal) {
   EXPECT_EQ(Printable("\xC2\x9B"), "\\xc2\\x9b");  // a control character of its own
 }
 
+TEST(Printable, ShowsWhatChangesOrHidesOtherTextInHexadecimal) {
+  EXPECT_EQ(Printable("\xE2\x80\xAE"
+                      "evil"),
+            "\\xe2\\x80\\xaeevil");                         // from right to left
+  EXPECT_EQ(Printable("\xE2\x80\xA8"), "\\xe2\\x80\\xa8");  // end of a line
+  EXPECT_EQ(Printable("\xEF\xBB\xBF"), "\\xef\\xbb\\xbf");  // no width
+}
+
+TEST(Utf8, IsTold) {
+  EXPECT_TRUE(IsUtf8(""));
+  EXPECT_TRUE(IsUtf8("a\n\xC2\x9B\xE2\x82\xAC\xF0\x9F\x99\x82"));
+  EXPECT_FALSE(IsUtf8("a\xFF"));
+  EXPECT_FALSE(IsUtf8("\xE2\x82"));
+  EXPECT_FALSE(IsUtf8("\xED\xA0\x80"));
+}
+
 TEST(Printable, KeepsDifferentTextsDifferent) {
   EXPECT_EQ(Printable("\\x00"), "\\\\x00");
   EXPECT_EQ(Printable("a\"b"), "a\\\"b");
