@@ -85,7 +85,7 @@ TEST_F(Flood, IsToldWholeByAnAgentThatDoesNotGrow) {
   const std::size_t before = ResidentBytes(agent_.pid());
   ASSERT_GT(before, 0U);
   Publish(1, many_);
-  EXPECT_TRUE(WaitUntilItSays("uptime " + std::to_string(many_) + "\n"));
+  EXPECT_TRUE(WaitUntilItSays("uptime " + std::to_string(many_) + " ms\n"));
   EXPECT_EQ(Told(), many_);
   EXPECT_THAT(Errors(), ::testing::Not(HasSubstr("lost")));
   if (!kIsSanitized) {
@@ -134,7 +134,7 @@ TEST_F(Flood, IsCaughtUpWithByAnAgentThatWasStopped) {
   agent_.Signal(SIGSTOP);
   Publish(1, many_);
   agent_.Signal(SIGCONT);
-  EXPECT_TRUE(WaitUntilItSays("uptime " + std::to_string(many_) + "\n"));
+  EXPECT_TRUE(WaitUntilItSays("uptime " + std::to_string(many_) + " ms\n"));
   EXPECT_EQ(Told(), many_);
 }
 
