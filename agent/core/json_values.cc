@@ -63,7 +63,7 @@ Json TimeValue(std::chrono::system_clock::time_point time) {
   std::tm utc = {};
   gmtime_r(&seconds, &utc);
   std::array<char, 32> text{};
-  std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S.", &utc);
+  static_cast<void>(std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S.", &utc));
   const std::string fraction = std::to_string(1000 + since % 1000);
   return text.data() + fraction.substr(1) + 'Z';
 }

@@ -105,7 +105,7 @@ void Monitor::RemoteRemoved(const MepKey& mep, std::uint16_t remote) {
   Finish(tracker_.RemoteMepRemoved(mep, remote));
 }
 
-void Monitor::SessionEnded(const cfm::DelayMeasurementSessionResult& result) {
+void Monitor::SessionEnded(const cfm::DelayMeasurementSessionResult& result) const {
   environment_.tell(SessionNews{result});
 }
 

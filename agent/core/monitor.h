@@ -60,7 +60,7 @@ class Monitor {
   void RemoteStatus(const MepKey& mep, std::uint16_t remote, const cfm::remote_mep_status& status);
   void LocalRemoved(const MepKey& mep);
   void RemoteRemoved(const MepKey& mep, std::uint16_t remote);
-  void SessionEnded(const cfm::DelayMeasurementSessionResult& result);
+  void SessionEnded(const cfm::DelayMeasurementSessionResult& result) const;
 
   void LocalStatistics(const MepKey& mep, const cfm::local_mep_stats& stats);
   void RemoteStatistics(const MepKey& mep, std::uint16_t remote,

@@ -173,7 +173,8 @@ TEST_F(TestTrackerTest, TakesStatisticsInTheOrderTheyWereAskedFor) {
 TEST(TestEndText, NamesEveryReason) {
   const auto text = [](EndReason reason) { return Describe(TestEnd{{}, reason, 3}); };
   EXPECT_EQ(text(EndReason::Complete), "complete");
-  EXPECT_EQ(text(EndReason::Refused), "refused with error code 3 (the server does not run this test)");
+  EXPECT_EQ(text(EndReason::Refused),
+            "refused with error code 3 (the server does not run this test)");
   EXPECT_EQ(text(EndReason::TimedOut), "timed out");
   EXPECT_EQ(text(EndReason::EndpointRemoved), "endpoint removed");
   EXPECT_EQ(text(EndReason::ServerLost), "server lost");
