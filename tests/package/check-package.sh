@@ -7,7 +7,6 @@ set -euo pipefail
 
 source_dir=$1
 scratch=$2
-consumer=$source_dir/tests/package/consumer
 prefix=$scratch/prefix
 
 rm -rf "$scratch"
@@ -23,18 +22,6 @@ moved=$scratch/moved
 mv "$prefix" "$moved"
 rm -rf "$scratch/build"
 test -n "$(find "$moved" -name 'libcfm_mgr_client_server_pb.so.1')"
-library_dir=$(dirname "$(find "$moved" -name 'libcfm_mgr_client.so.1')")
-
-cmake -S "$consumer" -B "$scratch/found" -G Ninja -DCMAKE_PREFIX_PATH="$moved"
-cmake --build "$scratch/found"
-LD_LIBRARY_PATH=$library_dir "$scratch/found/consumer"
-
-export PKG_CONFIG_PATH=$library_dir/pkgconfig
-read -r -a cflags < <(pkg-config --cflags libcfm_mgr_client libcfm_mgr_client_server_pb)
-read -r -a libs < <(pkg-config --libs libcfm_mgr_client libcfm_mgr_client_server_pb)
-cc "${cflags[@]}" -c "$consumer/host.c" -o "$scratch/host.o"
-c++ -std=c++17 "${cflags[@]}" "$consumer/consumer.cc" "$scratch/host.o" "${libs[@]}" -lzlog \
-  -Wl,-rpath-link,"$library_dir" -o "$scratch/consumer"
-LD_LIBRARY_PATH=$library_dir "$scratch/consumer"
+"$source_dir/tests/package/check-consumer.sh" "$source_dir" "$scratch" "$moved"
 
 test -f "$moved/share/cfm_mgr_client/proto/cfm/client_server.proto"
