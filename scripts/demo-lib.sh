@@ -5,7 +5,14 @@
 # A system is a directory, $here, with its config.yaml, its bus and what its programs print; they are
 # started through the command $within, if it is not empty.
 
+# What is shown: the programs of a build tree, or the system's own with CFM_PROGRAMS=installed.
 programs=${CFM_PROGRAMS:-build/release}
+cfm_mgr=$programs/mgr/cfm-mgr
+cfm_agent=$programs/agent/cfm-agent
+if [ "$programs" = installed ]; then
+  cfm_mgr=cfm-mgr
+  cfm_agent=cfm-agent
+fi
 limit=30 # seconds to wait for anything
 work=$(mktemp -d)
 here=$work
@@ -80,19 +87,19 @@ start_bus() {
 
 # Takes the server's options.
 start_server() {
-  start cfm-mgr "$programs/mgr/cfm-mgr" --bus "unix:path=$here/bus" "$@"
+  start cfm-mgr "$cfm_mgr" --bus "unix:path=$here/bus" "$@"
   echo "cfm-mgr runs as process ${pids[$here/cfm-mgr]}: $*"
 }
 
 start_agent() {
-  start cfm-agent "$programs/agent/cfm-agent" --bus "unix:path=$here/bus" \
+  start cfm-agent "$cfm_agent" --bus "unix:path=$here/bus" \
     --config "$here/config.yaml"
   echo "cfm-agent runs as process ${pids[$here/cfm-agent]}"
 }
 
 # A second agent, for one command.
 run_agent() {
-  "${within[@]}" "$programs/agent/cfm-agent" --bus "unix:path=$here/bus" \
+  "${within[@]}" "$cfm_agent" --bus "unix:path=$here/bus" \
     --config "$here/config.yaml" --execute "$*" 2>"$here/command.err" ||
     fail "'$*' ends with status $?"
 }
