@@ -22,3 +22,40 @@ debian_mirror() {
   fi
   echo "$uri $signed_by"
 }
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  else
+    sudo -- "$@"
+  fi
+}
+
+# Debian 12 has no zlog. It comes from the next release, from the mirror that apt uses already; a
+# pin keeps everything else of that release out. For the system of this release in directory $1.
+add_source_of_zlog() {
+  local etc=${1%/}/etc/apt codename next=trixie mirror uri signed_by
+  codename=$(debian_codename)
+  if [ "$codename" != bookworm ]; then
+    echo "$0: apt knows no libzlog-dev for '$codename'; Debian 12 and 13 are supported" >&2
+    return 1
+  fi
+  mirror=$(debian_mirror)
+  read -r uri signed_by <<<"$mirror"
+  as_root tee "$etc/sources.list.d/zlog-from-next-release.sources" >/dev/null <<EOF
+Types: deb
+URIs: $uri
+Suites: $next
+Components: main
+Signed-By: $signed_by
+EOF
+  as_root tee "$etc/preferences.d/zlog-from-next-release" >/dev/null <<EOF
+Package: *
+Pin: release n=$next
+Pin-Priority: -1
+
+Package: libzlog-dev libzlog1
+Pin: release n=$next
+Pin-Priority: 500
+EOF
+}
