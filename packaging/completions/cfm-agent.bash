@@ -12,10 +12,16 @@ _cfm_agent() {
       mapfile -t COMPREPLY < <(compgen -W "clear delay help linktrace loopback quit show
         statistics" -- "$current")
       ;;
+    -o | --output)
+      mapfile -t COMPREPLY < <(compgen -W "text json" -- "$current")
+      ;;
+    --color)
+      mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$current")
+      ;;
     -b | --bus | -n | --name | -t | --timeout) ;;
     *)
       mapfile -t COMPREPLY < <(compgen -W "--help --config --bus --log-config --name --execute
-        --interactive --timeout --check" -- "$current")
+        --interactive --timeout --output --color --check" -- "$current")
       ;;
   esac
 }
