@@ -35,10 +35,9 @@ void System::StartAgent(const std::vector<std::string>& options) {
   agent_ = ChildProcess(command, File("agent.out"), File("agent.log"));
 }
 
-ChildProcess System::StartOnBus(const std::string& program) const {
-  return {{"/usr/bin/env", "VORX_BUS_ADDRESS=" + bus_.address(), program},
-          File("program.out"),
-          File("program.log")};
+ChildProcess System::StartOnBus(const std::string& name, std::vector<std::string> command) const {
+  command.insert(command.begin(), {"/usr/bin/env", "VORX_BUS_ADDRESS=" + bus_.address()});
+  return {command, File(name + ".out"), File(name + ".log")};
 }
 
 void System::KillServer() { server_.Kill(); }

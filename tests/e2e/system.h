@@ -22,8 +22,9 @@ class System {
   void StartServer(const std::vector<std::string>& options = {});
   void StartAgent(const std::vector<std::string>& options = {});
 
-  /// A program that takes the bus from the environment.
-  ChildProcess StartOnBus(const std::string& program) const;
+  /// A program that takes the bus from the environment. What it prints goes into the files NAME.out
+  /// and NAME.log.
+  ChildProcess StartOnBus(const std::string& name, std::vector<std::string> command) const;
 
   /// As a crash: at once and without a word.
   void KillServer();

@@ -76,14 +76,6 @@ TEST_F(Provisioning, LeavesTheServerAloneWhenTheAgentStops) {
   ExpectTree(ExpectedTree(kSmall));
 }
 
-TEST_F(Provisioning, TheReadmesApplicationProvisionsItsEndpoint) {
-  system.StartServer();
-  const ChildProcess application = system.StartOnBus(CFM_README_APPLICATION);
-  EXPECT_TRUE(Eventually([&] {
-    return system.Tree().find("1 domain, 1 association, 1 endpoint,") != std::string::npos;
-  })) << system.ServerLog();
-}
-
 using Editing = SystemTest;
 
 TEST_F(Editing, SendsWhatTheEditTakes) {
