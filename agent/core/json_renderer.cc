@@ -104,6 +104,11 @@ class JsonOfRecord {
     return "session_ended";
   }
 
+  std::string operator()(const InterfaceNews& news) const {
+    object_["interface"] = TextValue(news.name);
+    return "interface_appeared";
+  }
+
   std::string operator()(const StopNews& /*news*/) const { return "stopped"; }
 
   std::string operator()(const TestStarted& started) const {

@@ -12,7 +12,7 @@ bool HoldsOneOf(const Record& record) {
 
 bool IsNews(const Record& record) {
   return HoldsOneOf<ConfigurationNews, ServerNews, LocalStatusNews, RemoteStatusNews, RemovalNews,
-                    SessionNews, StopNews>(record);
+                    SessionNews, InterfaceNews, StopNews>(record);
 }
 
 }  // namespace cfm_agent

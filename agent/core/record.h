@@ -54,6 +54,11 @@ struct SessionNews {
   cfm::DelayMeasurementSessionResult result;
 };
 
+// The kernel has another interface of this name than before: what is on it is created anew.
+struct InterfaceNews {
+  std::string name;
+};
+
 // A signal has ended the agent.
 struct StopNews {};
 
@@ -98,9 +103,10 @@ struct Complaint {
   std::string command;
 };
 
-using Record = std::variant<ConfigurationNews, ServerNews, LocalStatusNews, RemoteStatusNews,
-                            RemovalNews, SessionNews, StopNews, TestStarted, TestReply, TestResult,
-                            ShowAnswer, ClearAnswer, HelpAnswer, CheckAnswer, Complaint>;
+using Record =
+    std::variant<ConfigurationNews, ServerNews, LocalStatusNews, RemoteStatusNews, RemovalNews,
+                 SessionNews, InterfaceNews, StopNews, TestStarted, TestReply, TestResult,
+                 ShowAnswer, ClearAnswer, HelpAnswer, CheckAnswer, Complaint>;
 
 // Whether nobody asked for it.
 bool IsNews(const Record& record);

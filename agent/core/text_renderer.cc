@@ -3,6 +3,7 @@
 #include "core/show_text.h"
 #include "core/status_text.h"
 #include "core/test_text.h"
+#include "core/text.h"
 
 namespace cfm_agent {
 namespace {
@@ -58,6 +59,9 @@ class TextOfRecord {
   }
 
   Lines operator()(const SessionNews& news) const { return {Describe(news.result, style_)}; }
+  Lines operator()(const InterfaceNews& news) const {
+    return {"interface " + Printable(news.name) + " is there; its endpoints are created anew"};
+  }
   Lines operator()(const StopNews& /*news*/) const {
     return {"stopped; the server keeps its configuration"};
   }

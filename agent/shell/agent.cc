@@ -1,11 +1,14 @@
 #include "shell/agent.h"
 
+#include <net/if.h>
 #include <poll.h>
+#include <sepan/sepan.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <system_error>
 
 #include "core/text.h"
@@ -40,6 +43,26 @@ std::uint32_t RequestIdBase(const vorx_t* handle) {
   return static_cast<std::uint32_t>(vorx_self(handle)) << 16U;
 }
 
+std::uint32_t IndexOf(sepan_port_t port) {
+  std::uint32_t index = 0;
+  return sepan_to_ifindex(port, &index) == 0 ? index : 0;
+}
+
+std::string NameOf(sepan_port_t port) {
+  std::array<char, IF_NAMESIZE> name = {};
+  return sepan_to_intfname(port, name.data(), name.size()) == 0 ? name.data() : "";
+}
+
+// Without it all but an interface that appears is noticed.
+std::optional<LinkWatch> WatchLinks(Console& console) {
+  try {
+    return LinkWatch();
+  } catch (const std::system_error& error) {
+    console.Complain(std::string("interfaces that appear will not be noticed: ") + error.what());
+    return std::nullopt;
+  }
+}
+
 }  // namespace
 
 Agent::Agent(const Options& options, CommandSource source, ConfigKeeper& keeper, Console& console,
@@ -51,6 +74,8 @@ Agent::Agent(const Options& options, CommandSource source, ConfigKeeper& keeper,
       file_(options.config),
       signals_({SIGHUP, SIGTERM, SIGINT, SIGWINCH}),
       watch_(options.config),
+      links_(WatchLinks(console)),
+      interfaces_(IndexOf),
       settle_(kQuiet, kPatience),
       script_(Now() + options.timeout),
       bus_(options.name, options.bus, options.log_config),
@@ -79,8 +104,18 @@ void Agent::RegisterHandlers() {
   client_.RegisterDelayMeasurementHandler(&delay_measurement_handler_);
 }
 
-void Agent::HandIn() {
-  client_.UpdateConfig(keeper_.config()->hierarchy);
+void Agent::HandIn() { HandIn(interfaces_.Look(keeper_.config()->hierarchy)); }
+
+void Agent::HandIn(const std::set<sepan_port_t>& moved) {
+  const cfm::hierarchy& hierarchy = keeper_.config()->hierarchy;
+  // Which interface an endpoint has is told when it is created, and then no more.
+  if (!moved.empty()) {
+    client_.UpdateConfig(Without(hierarchy, moved));
+  }
+  for (const sepan_port_t port : moved) {
+    console_.Tell(InterfaceNews{NameOf(port)});
+  }
+  client_.UpdateConfig(hierarchy);
   client_.UpdateConfigProbe(keeper_.config()->probes);
 }
 
@@ -117,6 +152,7 @@ void Agent::Serve() {
   do {
     bus_.Dispatch();
     TakeFileActivity(Now());
+    TakeInterfaces();
     TakeInput();
     monitor_.Expire();
     RunScript(Now());
@@ -144,11 +180,12 @@ void Agent::ShowProgress() {
 }
 
 void Agent::Wait() {
-  std::array<pollfd, 4> fds = {{
+  std::array<pollfd, 5> fds = {{
       {vorx_fd(bus_.handle()), static_cast<short>(vorx_poll_events(bus_.handle())), 0},
       {watch_.fd(), POLLIN, 0},
       {signals_.fd(), POLLIN, 0},
       {input_ != nullptr && !input_->ended() ? input_->fd() : -1, POLLIN, 0},
+      {links_ ? links_->fd() : -1, POLLIN, 0},
   }};
   int timeout = vorx_poll_timeout(bus_.handle());
   if (console_.shows_progress() && !monitor_.Idle()) {
@@ -198,6 +235,15 @@ void Agent::TakeFileActivity(TimePoint now) {
   }
   if (settle_.Take(now)) {
     Reload(keeper_.Offer(ReadFile(file_)), false);
+  }
+}
+
+void Agent::TakeInterfaces() {
+  if (links_ && links_->Read()) {
+    const auto moved = interfaces_.Look(keeper_.config()->hierarchy);
+    if (!moved.empty()) {
+      HandIn(moved);
+    }
   }
 }
 

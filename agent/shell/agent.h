@@ -4,11 +4,14 @@
 
 #include <cfm/client.h>
 
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "core/config_keeper.h"
 #include "core/handlers.h"
+#include "core/interface_table.h"
 #include "core/monitor.h"
 #include "core/script.h"
 #include "core/settle_timer.h"
@@ -17,6 +20,7 @@
 #include "shell/console.h"
 #include "shell/file_watch.h"
 #include "shell/input.h"
+#include "shell/link_watch.h"
 #include "shell/options.h"
 #include "shell/server_watch.h"
 #include "shell/signals.h"
@@ -51,6 +55,8 @@ class Agent {
   void RegisterHandlers();
   void HandIn();
   void TellConfiguration(ConfigurationNews::What what) const;
+  // The same, endpoints on these ports being created anew.
+  void HandIn(const std::set<sepan_port_t>& moved);
   void OnInStep();
   void Serve();
   // Tells which commands a signal kept from running.
@@ -62,6 +68,7 @@ class Agent {
   // Acts on the signals that have come; false when one of them ends the agent.
   bool TakeSignals();
   void TakeFileActivity(TimePoint now);
+  void TakeInterfaces();
   void TakeInput();
   void TakeLine(const std::string& line);
   void RunScript(TimePoint now);
@@ -78,6 +85,8 @@ class Agent {
   std::string file_;
   Signals signals_;
   FileWatch watch_;
+  std::optional<LinkWatch> links_;
+  InterfaceTable interfaces_;
   SettleTimer settle_;
   Script script_;
   Bus bus_;

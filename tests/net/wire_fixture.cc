@@ -5,7 +5,6 @@
 #include <linux/if_ether.h>
 #include <linux/if_packet.h>
 #include <net/if.h>
-#include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
@@ -13,42 +12,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <thread>
 
 namespace cfm_mgr::net {
-namespace {
-
-bool Write(const char* path, const std::string& text) {
-  std::ofstream file(path);
-  return static_cast<bool>(file << text << std::flush);
-}
-
-}  // namespace
-
-bool Runs(const std::string& command) {
-  return std::system(("{ " + command + "; } >/dev/null 2>&1").c_str()) == 0;
-}
-
-std::optional<std::string> EnterNamespace() {
-  if (geteuid() == 0) {
-    if (unshare(CLONE_NEWNET) == 0) return std::nullopt;
-    return std::string("no right to create a network namespace: ") + std::strerror(errno);
-  }
-  const std::string user = std::to_string(geteuid());
-  const std::string group = std::to_string(getegid());
-  if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
-    return std::string("no right to create a user and a network namespace: ") +
-           std::strerror(errno);
-  }
-  Write("/proc/self/setgroups", "deny");
-  if (!Write("/proc/self/uid_map", "0 " + user + " 1") ||
-      !Write("/proc/self/gid_map", "0 " + group + " 1")) {
-    return "no right to be root in a user namespace";
-  }
-  return std::nullopt;
-}
-
 void Ip(const std::string& command) {
   ASSERT_EQ(std::system(("ip " + command).c_str()), 0) << "ip " << command;
 }

@@ -9,22 +9,19 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "engine/surroundings.h"
 #include "net/packet/file_descriptor.h"
+#include "network_namespace.h"
 
 namespace cfm_mgr::net {
 
 using Octets = std::vector<std::uint8_t>;
 
-/** Takes the thread into a network namespace of its own; why not, when it may not. */
-std::optional<std::string> EnterNamespace();
-
-/** Runs a command of the shell, in silence. Whether it succeeds. */
-bool Runs(const std::string& command);
+using cfm_test::EnterNamespace;
+using cfm_test::Runs;
 
 /** Runs a command of ip(8): "link set v0 up". Fails the test when that fails. */
 void Ip(const std::string& command);
