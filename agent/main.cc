@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // cfm-agent: keeps the CFM server in step with a configuration file.
 
 #include <sepan/host.h>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # The compiler options that every target of the project is built with, as the
 # interface target cfm_options. Generated code is exempt: it does not link to it.
 add_library(cfm_options INTERFACE)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Finds zlog, which ships neither a CMake nor a pkg-config file, as Zlog::zlog.
 find_path(Zlog_INCLUDE_DIR zlog.h)
 find_library(Zlog_LIBRARY zlog)

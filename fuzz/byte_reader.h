@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Decisions out of a fuzzer's input.
 #ifndef CFM_FUZZ_BYTE_READER_H
 #define CFM_FUZZ_BYTE_READER_H

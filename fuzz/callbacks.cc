@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "callbacks.h"
 
 #include <cfm/client_server.pb.h>

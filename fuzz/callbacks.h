@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The nineteen ways into the library from the server's side.
 #ifndef CFM_FUZZ_CALLBACKS_H
 #define CFM_FUZZ_CALLBACKS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What holds of every configuration that the agent accepts, checked on the result alone.
 #ifndef CFM_FUZZ_CONFIG_RULES_H
 #define CFM_FUZZ_CONFIG_RULES_H

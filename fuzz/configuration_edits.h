@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Small changes of a configuration, decided by a fuzzer's input. Few names and identifiers, so that
 // changes meet.
 #ifndef CFM_FUZZ_CONFIGURATION_EDITS_H

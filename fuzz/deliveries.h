@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Payloads handed to a client, as the targets for receiving do it.
 #ifndef CFM_FUZZ_DELIVERIES_H
 #define CFM_FUZZ_DELIVERIES_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A running hash of all that the library hands out: two runs that end with the same one did the
 // same, and computing it reads every byte.
 #ifndef CFM_FUZZ_DIGEST_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What happens to an engine one after the other: ports, associations and probes come, change and
 // go; time passes; frames arrive, right ones and any octets; tests are started.
 #include <cstdint>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What happens to an engine, out of a fuzzer's input.
 #ifndef CFM_FUZZ_ENGINE_INPUT_H
 #define CFM_FUZZ_ENGINE_INPUT_H

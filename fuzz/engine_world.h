@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // An engine with its surroundings, and what it promises to both.
 #ifndef CFM_FUZZ_ENGINE_WORLD_H
 #define CFM_FUZZ_ENGINE_WORLD_H

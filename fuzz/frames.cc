@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Octets from the wire: a frame, a PDU by itself, or a message of the kernel about its interfaces.
 // The first octet of the input tells which.
 #include <algorithm>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Handlers of all five kinds that read every byte of all they are given.
 #ifndef CFM_FUZZ_HANDLERS_H
 #define CFM_FUZZ_HANDLERS_H

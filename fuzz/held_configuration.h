@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What a server holds that has been told a configuration and nothing else, written down from the
 // model alone.
 #ifndef CFM_FUZZ_HELD_CONFIGURATION_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A host process for the library that is quick to set up: it digests what the library logs and
 // sends, and hands over what the server would.
 #ifndef CFM_FUZZ_HOST_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // For networks of which only the frames matter.
 #ifndef CFM_FUZZ_IGNORED_NOTIFICATIONS_H
 #define CFM_FUZZ_IGNORED_NOTIFICATIONS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // How an input of the target receive_messages is laid out: a byte for the state of the client, then
 // for each message the number of its callback, the length of its payload in two bytes, low byte
 // first, and the payload.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Changes messages in ways that keep most of them whole: fields come, go and change places, and
 // take values of their type that matter to the library.
 #ifndef CFM_FUZZ_MESSAGE_MUTATOR_H

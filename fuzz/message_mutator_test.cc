@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The mutator has to keep most messages whole, or it is no better than changing single bytes.
 #include "message_mutator.h"
 

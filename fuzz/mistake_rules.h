@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What holds of the mistakes that are found in any text.
 #ifndef CFM_FUZZ_MISTAKE_RULES_H
 #define CFM_FUZZ_MISTAKE_RULES_H

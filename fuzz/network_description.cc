@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any text as the description of a simulated network. It is either refused with mistakes, each with
 // its line and fit to be printed, or accepted, and then a network can be made of it that runs.
 #include <chrono>

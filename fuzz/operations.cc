@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sequences of what applications, servers and hosts do, against a model of the server.
 #include "byte_reader.h"
 #include "configuration_edits.h"

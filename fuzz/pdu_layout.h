@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The layout of CFM PDUs, told without the decoders: from the tables of IEEE 802.1Q clause 21 and
 // ITU-T Y.1731 clause 9.
 #ifndef CFM_FUZZ_PDU_LAYOUT_H

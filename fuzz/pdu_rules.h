@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What holds of every PDU, whatever its octets.
 #ifndef CFM_FUZZ_PDU_RULES_H
 #define CFM_FUZZ_PDU_RULES_H

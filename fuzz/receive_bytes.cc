@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any bytes for any of the callbacks. The first byte of an input chooses the callback and the state
 // of the client, the rest is the payload.
 #include "byte_reader.h"

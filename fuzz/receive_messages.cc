@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Messages that differ in what they say rather than in single bytes: up to eight in turn, changed
 // by a mutator that knows the schema.
 #include <algorithm>

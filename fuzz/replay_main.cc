@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Gives the inputs of a corpus to a fuzz target, without a fuzzer.
 //
 // usage: TARGET FILE_OR_FOLDER ...

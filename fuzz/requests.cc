@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What clients of the server send, one after the other: requests of every kind with any payload,
 // and time that passes between them.
 #include <cfm/client_server.pb.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What a fuzz target promises. A promise that does not hold ends the process, which the fuzzer
 // takes for a finding.
 #ifndef CFM_FUZZ_REQUIRE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The bytes of a message as a tree of its fields, which can be changed and written again.
 #ifndef CFM_FUZZ_WIRE_TREE_H
 #define CFM_FUZZ_WIRE_TREE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A client, its host and a server, each of which can restart at any time, and what then has to hold
 // between them:
 //

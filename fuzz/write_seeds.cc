@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes inputs to begin with: what a server sends, once with all fields set, and the
 // operations of a first start, of restarts and of changes.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any text as the agent's configuration file. It is either accepted, and then right in every way,
 // or refused with mistakes, each with its line and fit to be printed.
 #include <cstdint>

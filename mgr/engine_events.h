@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * What the engine tells: results of tests are published at once, changes of status are noted for

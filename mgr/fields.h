@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * What each setting is called, which values the standard allows for it, and how it is shown.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "host_environment.h"
 
 namespace cfm_mgr {

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The server's configuration: domains, associations, endpoints, probes and sessions.

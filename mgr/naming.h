@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * Whom a request names: the entity as text, and what is wrong with the names and identifiers.

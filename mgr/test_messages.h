@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * Tests between the messages of the wire and the engine: what the parameters and result fields

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
 # Sourced by scripts that need packages which the machine's apt does not offer as it is set up.
 

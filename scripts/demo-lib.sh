@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
 # Sourced by the demos: starts the programs of a system, waits for what they say, checks it, and
 # leaves nothing behind.

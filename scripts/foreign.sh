@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
 # Sourced by the scripts that build and test the library for another architecture. The machine's
 # own package database stays as it is: apt works in a folder of the build, and packages of the other

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
 # Sourced by scripts that need GoogleTest built as the rest is: for another architecture, or with
 # another layout of the standard containers.

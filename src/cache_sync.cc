@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Getting in step with the server: whose configuration counts after either side restarted.
 #include <cfm/client_server.pb.h>
 #include <cfm/identifiers.h>

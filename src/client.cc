@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <cfm/client.h>
 
 #include "client_impl.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What stands behind cfm::Client: the state, and the shell around core/ that sends requests, takes
 // what the server sends, logs and calls handlers.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Domains, associations and endpoints: from a configuration to requests.
 #include <cfm/identifiers.h>
 #include <sepan/sepan.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // On-demand delay measurement: trigger, refusal, progress and results; and the end of a probe's
 // session.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Linktrace: trigger, refusal, progress and results.
 //
 // The three events go to the status handler and then to the linktrace handler, whichever there is;

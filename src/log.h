@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The one way into the log, and into a fault report.
 #ifndef CFM_SRC_LOG_H
 #define CFM_SRC_LOG_H

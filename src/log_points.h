@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Every log record and fault of the library at a glance: function, line, level, text. Operators
 // search for these, so they are an interface: a line number names its log point and is never
 // given to another one.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Loopback: trigger, refusal, progress and results.
 //
 // Every report is parsed and logged with or without a loopback handler, the record coming before

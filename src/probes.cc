@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Delay-measurement probes: from a configuration to requests.
 #include <cfm/identifiers.h>
 

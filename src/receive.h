@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The one way from received bytes to a message.
 #ifndef CFM_SRC_RECEIVE_H
 #define CFM_SRC_RECEIVE_H

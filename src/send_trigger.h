@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The send path of the on-demand tests: as any request, with a record before each step.
 #ifndef CFM_SRC_SEND_TRIGGER_H
 #define CFM_SRC_SEND_TRIGGER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Statistics: request, reply and clear.
 #include <cfm/client_server.pb.h>
 #include <cfm/identifiers.h>

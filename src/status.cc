@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Status and removal of endpoints.
 //
 // All four callbacks alike: nothing at all without a status handler; what does not parse is used as

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Small drawings of numbers.
 #ifndef CFM_AGENT_CORE_CHART_H
 #define CFM_AGENT_CORE_CHART_H

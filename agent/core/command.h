@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The commands that the agent takes from its prompt and its command line.
 #ifndef CFM_AGENT_CORE_COMMAND_H
 #define CFM_AGENT_CORE_COMMAND_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The agent's configuration file as the client library takes it.
 #ifndef CFM_AGENT_CORE_CONFIG_H
 #define CFM_AGENT_CORE_CONFIG_H

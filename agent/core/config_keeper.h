@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Keeps the configuration in force while its file changes.
 #ifndef CFM_AGENT_CORE_CONFIG_KEEPER_H
 #define CFM_AGENT_CORE_CONFIG_KEEPER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Reads the maintenance endpoints of a configuration file.
 #ifndef CFM_AGENT_CORE_ENDPOINT_READER_H
 #define CFM_AGENT_CORE_ENDPOINT_READER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What a test has found so far.
 #ifndef CFM_AGENT_CORE_FINDINGS_H
 #define CFM_AGENT_CORE_FINDINGS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The client library's handlers: each passes what it is called with to the monitor.
 #ifndef CFM_AGENT_CORE_HANDLERS_H
 #define CFM_AGENT_CORE_HANDLERS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The replies to a linktrace, and the path that they tell of.
 #ifndef CFM_AGENT_CORE_HOP_H
 #define CFM_AGENT_CORE_HOP_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Which interface each port of the configuration had when the server was told last.
 #ifndef CFM_AGENT_CORE_INTERFACE_TABLE_H
 #define CFM_AGENT_CORE_INTERFACE_TABLE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The members of the longer JSON objects.
 #ifndef CFM_AGENT_CORE_JSON_ANSWERS_H
 #define CFM_AGENT_CORE_JSON_ANSWERS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What the agent has to tell, for programs: JSON Lines, as docs/agent-output.md describes them.
 #ifndef CFM_AGENT_CORE_JSON_RENDERER_H
 #define CFM_AGENT_CORE_JSON_RENDERER_H

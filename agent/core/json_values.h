@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The parts that JSON objects are made of.
 #ifndef CFM_AGENT_CORE_JSON_VALUES_H
 #define CFM_AGENT_CORE_JSON_VALUES_H

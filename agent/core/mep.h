@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // How endpoints are named across the agent.
 #ifndef CFM_AGENT_CORE_MEP_H
 #define CFM_AGENT_CORE_MEP_H

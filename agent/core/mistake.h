@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What is wrong with a configuration file, and where.
 #ifndef CFM_AGENT_CORE_MISTAKE_H
 #define CFM_AGENT_CORE_MISTAKE_H

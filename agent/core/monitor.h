@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Takes all that comes from the server, keeps what is to be known of it and says what happened.
 #ifndef CFM_AGENT_CORE_MONITOR_H
 #define CFM_AGENT_CORE_MONITOR_H

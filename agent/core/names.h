@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What the standards allow as the name of a domain, an association or an interface.
 #ifndef CFM_AGENT_CORE_NAMES_H
 #define CFM_AGENT_CORE_NAMES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/path_text.h"
 
 #include "core/status_words.h"

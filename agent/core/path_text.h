@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A linktrace drawn hop by hop.
 #ifndef CFM_AGENT_CORE_PATH_TEXT_H
 #define CFM_AGENT_CORE_PATH_TEXT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/probe_reader.h"
 
 #include "core/endpoint_reader.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Reads the probes of a configuration file.
 #ifndef CFM_AGENT_CORE_PROBE_READER_H
 #define CFM_AGENT_CORE_PROBE_READER_H

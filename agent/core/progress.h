@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // How far a test has come, for the line that is updated while it runs.
 #ifndef CFM_AGENT_CORE_PROGRESS_H
 #define CFM_AGENT_CORE_PROGRESS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // All that the agent has to tell, before it is put into words.
 #ifndef CFM_AGENT_CORE_RECORD_H
 #define CFM_AGENT_CORE_RECORD_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Puts what the agent has to tell into lines, for people or for programs.
 #ifndef CFM_AGENT_CORE_RENDERER_H
 #define CFM_AGENT_CORE_RENDERER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Commands that run one after the other, each once the last one has ended.
 #ifndef CFM_AGENT_CORE_SCRIPT_H
 #define CFM_AGENT_CORE_SCRIPT_H

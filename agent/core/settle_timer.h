@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Tells when a file that was written has come to rest.
 #ifndef CFM_AGENT_CORE_SETTLE_TIMER_H
 #define CFM_AGENT_CORE_SETTLE_TIMER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The answer to `show`.
 #ifndef CFM_AGENT_CORE_SHOW_H
 #define CFM_AGENT_CORE_SHOW_H

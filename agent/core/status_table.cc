@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/status_table.h"
 
 #include "core/status_text.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What the server has reported of endpoints.
 #ifndef CFM_AGENT_CORE_STATUS_TABLE_H
 #define CFM_AGENT_CORE_STATUS_TABLE_H

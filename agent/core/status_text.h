@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The server's reports as text.
 #ifndef CFM_AGENT_CORE_STATUS_TEXT_H
 #define CFM_AGENT_CORE_STATUS_TEXT_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The words for the numbers in the server's reports.
 #ifndef CFM_AGENT_CORE_STATUS_WORDS_H
 #define CFM_AGENT_CORE_STATUS_WORDS_H

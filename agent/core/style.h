@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // How text looks on the terminal or in the file that it goes to.
 #ifndef CFM_AGENT_CORE_STYLE_H
 #define CFM_AGENT_CORE_STYLE_H

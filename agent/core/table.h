@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Text in columns under headings.
 #ifndef CFM_AGENT_CORE_TABLE_H
 #define CFM_AGENT_CORE_TABLE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What tests come to as text.
 #ifndef CFM_AGENT_CORE_TEST_TEXT_H
 #define CFM_AGENT_CORE_TEST_TEXT_H

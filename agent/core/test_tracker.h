@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Follows requests that the server answers later, each to its one end.
 #ifndef CFM_AGENT_CORE_TEST_TRACKER_H
 #define CFM_AGENT_CORE_TEST_TRACKER_H

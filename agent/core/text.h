@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Small helpers for text that people read.
 #ifndef CFM_AGENT_CORE_TEXT_H
 #define CFM_AGENT_CORE_TEXT_H

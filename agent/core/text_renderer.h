@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What the agent has to tell, for people.
 #ifndef CFM_AGENT_CORE_TEXT_RENDERER_H
 #define CFM_AGENT_CORE_TEXT_RENDERER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Reads typed values out of a YAML tree, and notes what is wrong with them.
 #ifndef CFM_AGENT_CORE_VALUE_H
 #define CFM_AGENT_CORE_VALUE_H

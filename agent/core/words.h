@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The words that stand for the numbers of the standard's enumerations, in configuration files and
 // in what is printed.
 #ifndef CFM_AGENT_CORE_WORDS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/words_of_line.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Splits a command line into words.
 #ifndef CFM_AGENT_CORE_WORDS_OF_LINE_H
 #define CFM_AGENT_CORE_WORDS_OF_LINE_H

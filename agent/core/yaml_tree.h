@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // YAML text as a tree that keeps the place of every node, within bounds that hold whatever the
 // text.
 #ifndef CFM_AGENT_CORE_YAML_TREE_H

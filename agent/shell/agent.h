@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The running agent: keeps client library, configuration file, bus and commands together.
 #ifndef CFM_AGENT_SHELL_AGENT_H
 #define CFM_AGENT_SHELL_AGENT_H

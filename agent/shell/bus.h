@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The agent's handle of the messaging middleware.
 #ifndef CFM_AGENT_SHELL_BUS_H
 #define CFM_AGENT_SHELL_BUS_H

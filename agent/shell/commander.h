@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Carries commands out.
 #ifndef CFM_AGENT_SHELL_COMMANDER_H
 #define CFM_AGENT_SHELL_COMMANDER_H

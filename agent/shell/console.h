@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Where the agent says what happens.
 #ifndef CFM_AGENT_SHELL_CONSOLE_H
 #define CFM_AGENT_SHELL_CONSOLE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Reads a file as it is now.
 #ifndef CFM_AGENT_SHELL_FILE_READER_H
 #define CFM_AGENT_SHELL_FILE_READER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Watches a file through the directories it lies in, so that one that is replaced, removed or
 // reached through symbolic links stays watched.
 #ifndef CFM_AGENT_SHELL_FILE_WATCH_H

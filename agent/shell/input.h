@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Where commands come from while the agent runs.
 #ifndef CFM_AGENT_SHELL_INPUT_H
 #define CFM_AGENT_SHELL_INPUT_H

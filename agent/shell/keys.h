@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The bytes that a terminal sends for one key.
 #ifndef CFM_AGENT_SHELL_KEYS_H
 #define CFM_AGENT_SHELL_KEYS_H

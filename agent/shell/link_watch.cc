@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "shell/link_watch.h"
 
 #include <linux/rtnetlink.h>

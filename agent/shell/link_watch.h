@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Tells when the kernel's table of network interfaces may have changed.
 #ifndef CFM_AGENT_SHELL_LINK_WATCH_H
 #define CFM_AGENT_SHELL_LINK_WATCH_H

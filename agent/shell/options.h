@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The agent's command line.
 #ifndef CFM_AGENT_SHELL_OPTIONS_H
 #define CFM_AGENT_SHELL_OPTIONS_H

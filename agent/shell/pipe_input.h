@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Commands from a file or a pipe.
 #ifndef CFM_AGENT_SHELL_PIPE_INPUT_H
 #define CFM_AGENT_SHELL_PIPE_INPUT_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Watches what the client library keeps to itself: that the server goes, and that it is in step.
 #ifndef CFM_AGENT_SHELL_SERVER_WATCH_H
 #define CFM_AGENT_SHELL_SERVER_WATCH_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Signals of the operating system as a file descriptor.
 #ifndef CFM_AGENT_SHELL_SIGNALS_H
 #define CFM_AGENT_SHELL_SIGNALS_H

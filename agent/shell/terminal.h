@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A terminal: a prompt with history and completion, above which lines are printed as they come.
 #ifndef CFM_AGENT_SHELL_TERMINAL_H
 #define CFM_AGENT_SHELL_TERMINAL_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What standard output leads to, as far as it decides how the agent writes.
 #ifndef CFM_AGENT_SHELL_TTY_H
 #define CFM_AGENT_SHELL_TTY_H

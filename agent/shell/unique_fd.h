@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A file descriptor that is closed with its owner.
 #ifndef CFM_AGENT_SHELL_UNIQUE_FD_H
 #define CFM_AGENT_SHELL_UNIQUE_FD_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The floor: one program that writes signals, one that reads them, with nothing around.
 
 #include "bare.h"

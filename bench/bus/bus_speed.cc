@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Provisioning over the bus beside two bare sd-bus programs that pass the same bytes on.
 //
 // usage: bus_speed [ENDPOINTS [ROUNDS]]

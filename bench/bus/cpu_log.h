@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CFM_BENCH_BUS_CPU_LOG_H
 #define CFM_BENCH_BUS_CPU_LOG_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The client library on the development host, provisioning 10,000 endpoints into another process.
 
 #include "provisioning.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CFM_BENCH_BUS_PROVISIONING_H
 #define CFM_BENCH_BUS_PROVISIONING_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the server sends: each callback against nothing but copying the bytes to a string and
 // parsing that. The cache reply is not among them: it is measured by size, with the configuration.
 #include <cfm/client_server.pb.h>

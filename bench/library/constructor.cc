@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How long it takes to construct and to destroy a client, on the host that records everything.
 // Exits with status 1 if constructing takes 50 microseconds or more.
 #include <cfm/client.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The library against a floor: two ways to the same end, measured in turns, and what their ratio
 // may be at most.
 #ifndef CFM_BENCH_LIBRARY_CONTEST_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A host process for the library that does as little as one can: it counts what is sent, and calls
 // back what was registered.
 #ifndef CFM_BENCH_LIBRARY_COUNTING_HOST_H

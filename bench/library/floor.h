@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What the work costs when it is done by hand, the plainest fast way: the same messages built,
 // serialised and sent, the same two copies of the configuration, the same text for the log. There
 // is no comparison: each function knows what is to be sent.

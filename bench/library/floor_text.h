@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Text and sending for the floor.
 #ifndef CFM_BENCH_LIBRARY_FLOOR_TEXT_H
 #define CFM_BENCH_LIBRARY_FLOOR_TEXT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How much heap one UpdateConfig takes for a while, beside what the client keeps of the
 // configurations before and after, and the text that it logs. Exits with status 1 if that is more
 // than a quarter of a copy of the configuration.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Domains, associations and endpoints: handed in by the application, or by the server's cache.
 #include <iterator>
 #include <memory>

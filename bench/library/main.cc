@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Prints, for each piece of work, how long the library takes and how long the floor does. Exits
 // with status 1 if a goal was missed.
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Probes and sessions, handed in by the application.
 #include <memory>
 #include <utility>

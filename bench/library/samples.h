@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Configurations of the sizes that are measured.
 #ifndef CFM_BENCH_LIBRARY_SAMPLES_H
 #define CFM_BENCH_LIBRARY_SAMPLES_H

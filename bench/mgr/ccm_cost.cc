@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a CCM costs to send and to receive through a packet network and its engine, beside what the
 // bare system calls cost for the same frames over the same veth pair. Times are those of the
 // thread's processor, the kernel's part included; of all rounds, the median counts.

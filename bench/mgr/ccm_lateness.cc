@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How late CCMs leave: 4,000 endpoints at 1 s and 500 at 10 ms on one interface and one thread,
 // each of which hears a remote endpoint at the same interval too.
 //

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * A veth pair and endpoints on it, for benchmarks with real frames.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # 32-bit ARM: plain char has no sign.
 set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(foreign_triplet arm-linux-gnueabihf)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What the toolchains of this folder have in common: a cross compiler of Debian, and the packages of
 # the other architecture unpacked into the folder CFM_FOREIGN_ROOT (scripts/foreign.sh fills it).
 #

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # 32-bit x86.
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(foreign_triplet i686-linux-gnu)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # IBM Z: 64-bit, big-endian.
 set(CMAKE_SYSTEM_PROCESSOR s390x)
 set(foreign_triplet s390x-linux-gnu)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <net/if.h>
 #include <sepan/host.h>
 #include <sepan/sepan.h>

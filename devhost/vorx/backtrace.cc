@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <cxxabi.h>
 #include <elfutils/libdw.h>
 #include <elfutils/libdwfl.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef DEVHOST_VORX_EXPORT_H
 #define DEVHOST_VORX_EXPORT_H
 

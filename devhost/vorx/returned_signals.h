@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef DEVHOST_VORX_RETURNED_SIGNALS_H
 #define DEVHOST_VORX_RETURNED_SIGNALS_H
 

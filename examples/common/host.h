@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What every program on the development host does: join the bus, leave it, end on a signal.
 #ifndef CFM_EXAMPLES_COMMON_HOST_H
 #define CFM_EXAMPLES_COMMON_HOST_H

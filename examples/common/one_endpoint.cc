@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "common/one_endpoint.h"
 
 #include <sepan/host.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The configuration that the examples provision: endpoint 1 of a line of two.
 #ifndef CFM_EXAMPLES_COMMON_ONE_ENDPOINT_H
 #define CFM_EXAMPLES_COMMON_ONE_ENDPOINT_H

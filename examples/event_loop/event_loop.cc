@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An application that has an event loop already: poll(2) over the bus, a timer and the signals that
 // end the process. At every tick of the timer it asks for statistics.
 //

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What the program does, one step after the other. The handlers tell it what has come.
 #ifndef CFM_EXAMPLES_HANDLERS_COURSE_H
 #define CFM_EXAMPLES_HANDLERS_COURSE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An application that has all five handlers: it prints whatever the server tells, has the server
 // run one test of each kind and measure a delay by itself, asks for statistics, takes its
 // configuration back, and ends.

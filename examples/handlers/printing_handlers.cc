@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "handlers/printing_handlers.h"
 
 #include "common/host.h"

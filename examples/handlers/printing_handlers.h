@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // One handler for each interface: prints what comes, and tells the course of the program.
 #ifndef CFM_EXAMPLES_HANDLERS_PRINTING_HANDLERS_H
 #define CFM_EXAMPLES_HANDLERS_PRINTING_HANDLERS_H

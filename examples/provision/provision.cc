@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include <cfm/client.h>
 #include <sepan/host.h>
 #include <vorx/host.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What clients have configured: the messages that created it, brought up to date by later ones.
 #ifndef CFM_EXAMPLES_SERVER_SKELETON_CONFIGURATION_H
 #define CFM_EXAMPLES_SERVER_SKELETON_CONFIGURATION_H

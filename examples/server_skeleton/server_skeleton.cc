@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The least that a server does: it keeps what clients configure, gives it back when they ask, tells
 // the status of endpoints, and refuses tests. It runs no protocol; "Here:" marks where a server
 // goes on from this.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The client library of the CFM manager: all that an application includes.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * On-demand delay measurement (ITU-T Y.1731 DMM/DMR), and the results of a probe's

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The CFM configuration: maintenance domains (MD), their maintenance associations

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The names and numbers that client and server agree on. Each is a pointer to a constant that

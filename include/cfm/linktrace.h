@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * On-demand linktrace (IEEE 802.1ag LTM/LTR).

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * On-demand loopback (IEEE 802.1ag LBM/LBR).

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * Proactive delay measurement (ITU-T Y.1731 DMM/DMR): probes, each between a local and

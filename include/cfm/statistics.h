@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * CCM statistics of local and remote MEPs, filled by the library with the server's counts.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The intervals of CCMs, IEEE 802.1Q 21.6.1.3, by their codes:

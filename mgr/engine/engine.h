@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The CFM protocol of one bridge, IEEE 802.1Q clause 21 and ITU-T Y.1731, without any I/O.

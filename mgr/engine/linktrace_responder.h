@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * What a bridge does with an LTM that one of its MPs has taken, IEEE 802.1Q 20.47.

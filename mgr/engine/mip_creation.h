@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * Which MIPs the associations of a bridge ask for, IEEE 802.1Q 22.2.3.

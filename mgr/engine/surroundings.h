@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CFM_MGR_ENGINE_SURROUNDINGS_H
 #define CFM_MGR_ENGINE_SURROUNDINGS_H
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * CFM frames as they stand on an Ethernet, without the frame check sequence.

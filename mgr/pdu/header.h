@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * What every CFM PDU begins with, IEEE 802.1Q 21.4.

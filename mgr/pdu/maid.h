@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The Maintenance Association Identifier, IEEE 802.1Q 21.6.5 and ITU-T Y.1731 annex A.

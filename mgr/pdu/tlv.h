@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * TLVs of CFM PDUs, IEEE 802.1Q 21.5: one octet of type, two of length, the value; closed by an End

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: Apache-2.0
 # Writes a manual page from Markdown.
 #
 # usage: man-page.sh LOWDOWN MARKDOWN PAGE METADATA...

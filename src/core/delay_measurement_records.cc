@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/delay_measurement_records.h"
 
 #include "core/numbers.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The results of a probe's session as the record that the handler gets.
 #ifndef CFM_SRC_CORE_DELAY_MEASUREMENT_RECORDS_H
 #define CFM_SRC_CORE_DELAY_MEASUREMENT_RECORDS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The server's copy of the configuration, back in the application's shape.
 #ifndef CFM_SRC_CORE_HIERARCHY_CACHE_H
 #define CFM_SRC_CORE_HIERARCHY_CACHE_H

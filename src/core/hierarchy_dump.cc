@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/hierarchy_dump.h"
 
 #include "core/text_buffer.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The log's rendering of a configuration.
 #ifndef CFM_SRC_CORE_HIERARCHY_DUMP_H
 #define CFM_SRC_CORE_HIERARCHY_DUMP_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What it takes to turn one configuration into another.
 #ifndef CFM_SRC_CORE_HIERARCHY_PLAN_H
 #define CFM_SRC_CORE_HIERARCHY_PLAN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/hierarchy_requests.h"
 
 #include "core/numbers.h"

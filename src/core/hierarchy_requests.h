@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The nine requests for domains, associations and endpoints as messages.
 #ifndef CFM_SRC_CORE_HIERARCHY_REQUESTS_H
 #define CFM_SRC_CORE_HIERARCHY_REQUESTS_H

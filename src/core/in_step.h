@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Two ordered ranges, walked together.
 #ifndef CFM_SRC_CORE_IN_STEP_H
 #define CFM_SRC_CORE_IN_STEP_H

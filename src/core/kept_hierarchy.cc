@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/kept_hierarchy.h"
 
 namespace cfm::core {

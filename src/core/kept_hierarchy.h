@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The form in which the client keeps a configuration.
 #ifndef CFM_SRC_CORE_KEPT_HIERARCHY_H
 #define CFM_SRC_CORE_KEPT_HIERARCHY_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Linktrace reports as the records that handlers get.
 #ifndef CFM_SRC_CORE_LINKTRACE_RECORDS_H
 #define CFM_SRC_CORE_LINKTRACE_RECORDS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // MAC addresses on the wire.
 #ifndef CFM_SRC_CORE_MAC_H
 #define CFM_SRC_CORE_MAC_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Enumerations and narrow integers to and from the 32-bit fields of the wire.
 #ifndef CFM_SRC_CORE_NUMBERS_H
 #define CFM_SRC_CORE_NUMBERS_H

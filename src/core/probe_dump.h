@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The log's rendering of a set of probes.
 #ifndef CFM_SRC_CORE_PROBE_DUMP_H
 #define CFM_SRC_CORE_PROBE_DUMP_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The four requests for delay-measurement probes and their sessions as messages.
 #ifndef CFM_SRC_CORE_PROBE_REQUESTS_H
 #define CFM_SRC_CORE_PROBE_REQUESTS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Room for the entries of a list before it is read.
 #ifndef CFM_SRC_CORE_RESERVE_ENTRIES_H
 #define CFM_SRC_CORE_RESERVE_ENTRIES_H

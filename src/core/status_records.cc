@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/status_records.h"
 
 #include "core/mac.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The three on-demand test requests as messages.
 #ifndef CFM_SRC_CORE_TEST_REQUESTS_H
 #define CFM_SRC_CORE_TEST_REQUESTS_H

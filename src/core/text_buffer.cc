@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "core/text_buffer.h"
 
 namespace cfm::core {

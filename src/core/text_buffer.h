@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Building block of the configuration dumps and renderings.
 #ifndef CFM_SRC_CORE_TEXT_BUFFER_H
 #define CFM_SRC_CORE_TEXT_BUFFER_H

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # The comparison with the release notices what it is there for: each of these changes of the public
 # headers has to make it fail.
 #

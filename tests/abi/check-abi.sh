@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # A library keeps the binary interface of a release.
 #
 # usage: check-abi.sh SOURCE-DIR DUMP LIBRARY

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every type of the public headers, whole: the client library itself holds only what its own code
 // needs of them, and of the handler interfaces not more than their names. Nothing calls these
 // functions; a library of them is what the types of release 1.0 are compared with.

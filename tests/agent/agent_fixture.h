@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Runs cfm-agent against a server played by the test, on a bus of their own.
 #ifndef CFM_TESTS_AGENT_AGENT_FIXTURE_H
 #define CFM_TESTS_AGENT_AGENT_FIXTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The running agent: provisioning, its file, the server's coming and going, its own end.
 
 #include <gmock/gmock.h>

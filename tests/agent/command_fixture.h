@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Runs commands of cfm-agent against a server played by the test.
 #ifndef CFM_TESTS_AGENT_COMMAND_FIXTURE_H
 #define CFM_TESTS_AGENT_COMMAND_FIXTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Commands of the running agent, from its command line and a pipe.
 
 #include <gmock/gmock.h>

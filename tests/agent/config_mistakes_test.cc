@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every mistake that a configuration file can have, to the letter.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A server that publishes events as fast as the bus takes them.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Texts that are no configuration at all, and texts made to hurt.
 
 #include <gmock/gmock.h>

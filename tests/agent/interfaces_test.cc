@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The agent in a network namespace whose interfaces come and go.
 #include <gmock/gmock.h>
 #include <net/if.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What programs read: valid JSON on a line each, as the schema in docs/ describes it.
 
 #include "core/json_renderer.h"

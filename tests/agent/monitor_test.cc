@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The monitor behind the client library's handlers, as the library calls them.
 
 #include "core/monitor.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Judges what the agent writes for programs.
 #ifndef CFM_TESTS_AGENT_OUTPUT_SCHEMA_H
 #define CFM_TESTS_AGENT_OUTPUT_SCHEMA_H

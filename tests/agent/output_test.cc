@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How the running agent writes: with and without a terminal, for people and for programs.
 
 #include <gmock/gmock.h>

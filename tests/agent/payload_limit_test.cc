@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A server whose configuration just fits, or does not fit, into the 64 MiB that one message takes.
 
 #include <gmock/gmock.h>

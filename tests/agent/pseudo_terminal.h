@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A terminal that a test types on and reads from.
 #ifndef CFM_TESTS_AGENT_PSEUDO_TERMINAL_H
 #define CFM_TESTS_AGENT_PSEUDO_TERMINAL_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Reads configuration texts the way the tests of the agent want them.
 #ifndef CFM_TESTS_AGENT_READ_TEXT_H
 #define CFM_TESTS_AGENT_READ_TEXT_H

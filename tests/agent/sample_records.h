@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // One or more records of every kind.
 #ifndef CFM_TESTS_AGENT_SAMPLE_RECORDS_H
 #define CFM_TESTS_AGENT_SAMPLE_RECORDS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The agent at a terminal that the test types on.
 
 #include <fcntl.h>

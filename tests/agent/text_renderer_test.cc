@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What people read.
 
 #include "core/text_renderer.h"

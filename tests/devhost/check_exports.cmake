@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Fails unless LIBRARY defines dynamic symbols, and all of them are functions named PREFIX... (or
 # the version node that they belong to).
 execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY}

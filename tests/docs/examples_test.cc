@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The examples in the guides are right.
 #include <gmock/gmock.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the guides say is complete, and of nothing that is not there.
 #include <gmock/gmock.h>
 

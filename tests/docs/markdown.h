@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The structure of a Markdown page, as far as the guides use it.
 #ifndef CFM_TESTS_DOCS_MARKDOWN_H
 #define CFM_TESTS_DOCS_MARKDOWN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The worked examples of the guide to the reconciliation, each held against what the library plans.
 #include <gmock/gmock.h>
 

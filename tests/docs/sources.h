@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What the guides describe, read from the sources: each as one line of text, so that a set of them
 // compares with that of a guide.
 #ifndef CFM_TESTS_DOCS_SOURCES_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Configuration files for the end-to-end tests. All endpoints sit on the loopback interface, which
 // every machine has.
 #ifndef CFM_TESTS_E2E_CONFIGURATIONS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A run in which a process, or the bus, is killed after the k-th message, for every k: one that
 // provisions a server, and one that brings it an edited configuration. After each kill, whoever was
 // killed, or has ended for want of a bus, is started again as a supervisor would, and the server

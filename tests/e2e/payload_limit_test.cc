@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is handed in or held that does not fit into the 64 MiB that one message takes.
 
 #include <cfm/client.h>

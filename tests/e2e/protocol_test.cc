@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an agent's handlers receive when the server runs the protocol: in a simulated line of four
 // bridges, from endpoint 1 on the first to endpoint 2 on the last, with intermediate points
 // between. Nothing gets lost in it, and one way takes 9 ms at least.

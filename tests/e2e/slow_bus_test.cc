@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The system on a bus that is slow, or stands still.
 
 #include <gtest/gtest.h>

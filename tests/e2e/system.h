@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The whole system as a user starts it: a private bus, cfm-mgr and cfm-agent as processes of their
 // own, and a configuration file between them.
 #ifndef CFM_TESTS_E2E_SYSTEM_H

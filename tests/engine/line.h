@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * A row of bridges with a MEP at either end, all of them monitored by the sample association.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "engine/linktrace_responder.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whatever a link loses, delays and reorders: a remote MEP is lost exactly when no CCM has come for
 // 3.5 intervals.
 

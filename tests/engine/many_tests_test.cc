@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Many tests at once, networks that lose and reorder, and that a run can be repeated.
 
 #include <gmock/gmock.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Builds the examples as a project of their own against what this build installs.
 #
 # usage: check-installed.sh SOURCE-DIR BUILD-DIR SCRATCH-DIR

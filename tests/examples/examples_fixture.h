@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Runs the examples as a user starts them.
 #ifndef CFM_TESTS_EXAMPLES_EXAMPLES_FIXTURE_H
 #define CFM_TESTS_EXAMPLES_EXAMPLES_FIXTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the callbacks allocate and free: which reports are parsed at all, which are rendered. A
 // program of its own, because it replaces the allocation functions.
 #include <cfm/identifiers.h>

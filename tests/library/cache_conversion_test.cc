@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The server's lists as a configuration, field by field.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The server's cache reply while memory runs out, in each of its decisions. It fails as far as it
 // has come: each decision stands or falls as a whole, the client is in step only once both are
 // made, and what was to be sent counts as applied only once all of it was.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Getting in step: whose configuration counts, and what is sent then.
 #include <cfm/identifiers.h>
 

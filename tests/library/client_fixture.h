@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A client on a recording host, and short ways to make configurations.
 #ifndef CFM_TESTS_LIBRARY_CLIENT_FIXTURE_H
 #define CFM_TESTS_LIBRARY_CLIENT_FIXTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Configurations while memory runs out: a call that fails leaves the configuration that was desired
 // before or the new one, and what was applied before counts as applied until all was sent.
 #include "failure_configurations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The configuration's records and enumerations are binary interface, and the numbers of the
 // enumerations go over the wire.
 #include <cfm/hierarchy.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // On-demand delay measurement: trigger, refusal, progress and results; the end of a session.
 #include <cfm/identifiers.h>
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The signals and events by name, and what they carry.
 #ifndef CFM_TESTS_LIBRARY_DESCRIPTORS_H
 #define CFM_TESTS_LIBRARY_DESCRIPTORS_H

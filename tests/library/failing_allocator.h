@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The allocation functions of the whole program, on top of malloc: they can fail any one allocation
 // of the library, and know what the library allocated and has not freed. What the host and the
 // tests allocate never fails and is not counted; what protobuf and the standard library allocate on

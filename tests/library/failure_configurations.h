@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Configurations small enough to fail every allocation of what is done with them, and large enough
 // to need every kind of request. Names are too long to be kept inside a std::string.
 #ifndef CFM_TESTS_LIBRARY_FAILURE_CONFIGURATIONS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Runs one operation of a client again and again, each time with another of its allocations
 // failing, until none is left to fail; and compares the client with undisturbed ones.
 #ifndef CFM_TESTS_LIBRARY_FAILURE_SWEEP_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What comes from the server may be anything. The host hands over blocks of exactly the payload's
 // size, so that the sanitizers notice a read past it.
 #include <cfm/identifiers.h>

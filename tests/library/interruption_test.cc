@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A host that, from inside a call that the library makes to it, hands in another configuration. The
 // library is in the midst of reading its configurations then: the sanitizers and valgrind notice
 // when it goes on with one that is gone.

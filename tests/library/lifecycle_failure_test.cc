@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A client made, told of handlers and of the server while memory runs out.
 #include <cfm/identifiers.h>
 

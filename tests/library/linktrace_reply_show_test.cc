@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A linktrace reply as text.
 #include <cfm/linktrace.h>
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Replies to a linktrace: what a handler gets, and what the log does.
 #include <cfm/identifiers.h>
 

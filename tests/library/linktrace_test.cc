@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Linktrace: trigger, refusal, start and end. The replies are in linktrace_reply_test.cc.
 #include <cfm/identifiers.h>
 

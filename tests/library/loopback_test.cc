@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Loopback: trigger, refusal, progress and results.
 #include <cfm/identifiers.h>
 

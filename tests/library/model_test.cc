@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Random configurations, one after the other, with restarts of either side in between: after each
 // step the model of the server holds what the application handed in last.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From one set of delay-measurement probes to the next.
 #include "client_fixture.h"
 

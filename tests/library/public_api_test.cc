@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The parts of the public headers that are fixed for good: widths, values. The slots are in
 // vtable_test.cc.
 #include <cfm/client.h>

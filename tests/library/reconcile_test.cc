@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // From one configuration of domains, associations and endpoints to the next.
 #include <locale>
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What makes a record binary interface: its members' types and order, and what they start as.
 #ifndef CFM_TESTS_LIBRARY_RECORD_LAYOUT_H
 #define CFM_TESTS_LIBRARY_RECORD_LAYOUT_H

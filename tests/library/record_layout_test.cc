@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The records of reports and triggers are binary interface: their members' types and order.
 #include <cfm/client.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Handlers of all five kinds that put each call, with all it brings, into the host's record:
 //   NAME OPERATION ARGUMENTS
 // with strings in quotation marks, addresses in lower case, and records in braces as

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A host process for the library that keeps an ordered record of all that the library does to it.
 //
 // What it leaves out: it delivers nothing by itself (a test plays the server through ServerFound(),

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a handler may do from inside its call: anything with the client but end it.
 #include <cfm/identifiers.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The renderings that an application may call by itself, while memory runs out.
 #include <cfm/linktrace.h>
 #include <cfm/mac.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the server sends, while memory runs out: the exception goes to the host, whoever was called
 // until then was called as ever, and the next report is taken as if nothing had happened. That
 // holds for the linktrace events too: a report that there is no memory to read is not one that

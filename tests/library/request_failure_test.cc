@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The requests that leave no trace in the client, while memory runs out: nothing was sent.
 #include "failure_configurations.h"
 #include "failure_sweep.h"

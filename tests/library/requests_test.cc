@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What each request for a domain, association or endpoint carries.
 #include "client_fixture.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Everything that a server sends, once with all fields set, each to a value of its own.
 #ifndef CFM_TESTS_LIBRARY_SAMPLE_REPORTS_H
 #define CFM_TESTS_LIBRARY_SAMPLE_REPORTS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A small model of the server: the configuration it holds after each request. It takes requests
 // only in an order in which a server can carry them out.
 #ifndef CFM_TESTS_LIBRARY_SERVER_MODEL_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Status and removal of endpoints.
 #include <cfm/identifiers.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The virtual tables as a program meets them that was built long ago: slots that are called by
 // their numbers, by the Itanium C++ ABI.
 #include <array>

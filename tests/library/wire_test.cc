@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The numbers, types and order of every field of every message, as bytes. A vector that has to be
 // changed means a schema that old peers no longer understand.
 #include <cfm/client_server.pb.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Reads wire messages without the generated code: from the schema's source and the bytes alone, so
 // that a test sees what really travels, presence included.
 #ifndef CFM_TESTS_LIBRARY_WIRE_TEXT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The server on a network: what its clients are told of endpoints, tests and probes.
 #include <cfm/identifiers.h>
 #include <gmock/gmock.h>

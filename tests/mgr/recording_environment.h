@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CFM_TESTS_MGR_RECORDING_ENVIRONMENT_H
 #define CFM_TESTS_MGR_RECORDING_ENVIRONMENT_H
 

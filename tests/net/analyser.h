@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * An analyser that has nothing in common with the code under test: dumpcap(1) and tshark(1).

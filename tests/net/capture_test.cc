@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an independent analyser reads in the frames on a wire: every field that it knows of every
 // frame, against what the servers are configured for and asked to do.
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * The frames that EveryFrame has to send, as an analyser should read them: derived from its

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "net/simulated/simulated_network.h"
 
 #include <gmock/gmock.h>

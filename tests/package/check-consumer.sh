@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Builds and runs an outside program, found once with find_package and once with pkg-config.
 #
 # usage: check-consumer.sh SOURCE-DIR SCRATCH-DIR [PREFIX]

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # The client library exports its public API and nothing else.
 #
 # usage: check-exports.sh LIBRARY EXPECTED-SYMBOLS

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # The message library exports its messages and nothing else.
 #
 # usage: check-message-exports.sh LIBRARY

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Builds and installs the two libraries alone, then builds and runs an outside program against the
 # installed tree, found once with find_package and once with pkg-config.
 #

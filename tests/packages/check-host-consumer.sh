@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Builds the program of libcfm_mgr_client(3) as an outside one, found once with find_package and once
 # with pkg-config, and has it provision a server, both on an installed development host.
 #

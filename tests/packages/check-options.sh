@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Holds what a program says with --help against its manual page and its completions: the options, and
 # the commands and exit statuses of a program that has them.
 #

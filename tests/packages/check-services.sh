@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # What the packages cfm-mgr and cfm-agent have installed, on a system bus started here: the commands
 # of both units as the units' users, and one who may not take part. For a system of its own only, as
 # root: the system bus is started, /etc/cfm/cfm.yaml and the server's store are written.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The manual page of the configuration file against its reader: every key, what it takes, its
 // default, and the examples.
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CFM_TESTS_SUPPORT_CHILD_PROCESS_H
 #define CFM_TESTS_SUPPORT_CHILD_PROCESS_H
 

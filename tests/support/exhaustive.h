@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CFM_TESTS_SUPPORT_EXHAUSTIVE_H
 #define CFM_TESTS_SUPPORT_EXHAUSTIVE_H
 

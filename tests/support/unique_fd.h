@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CFM_TESTS_SUPPORT_UNIQUE_FD_H
 #define CFM_TESTS_SUPPORT_UNIQUE_FD_H
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # The installed policy on a bus of the system's type: who may be the server, who may be a client.
 # Users that every Debian has stand in for those of an installation. Status 77: skipped.
 #

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # The unit as systemd itself judges it, and the user and group that it needs. Status 77: skipped.
 #
 # usage: check-unit.sh UNIT SYSUSERS PROGRAM [CAPABILITY]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "net/packet/packet_filter.h"
 
 #include "engine/frame.h"

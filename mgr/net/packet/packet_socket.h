@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * CFM frames to and from one Linux interface, by a packet socket.

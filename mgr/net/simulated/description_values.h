@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 /**
  * @file
  * Kinds of values that only descriptions of networks have. Each notes a mistake and returns nothing

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "net/simulated/domains.h"
 
 namespace cfm_mgr::net {

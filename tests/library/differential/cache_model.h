@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The configuration that a server's cache reply describes, put together entry by entry.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_CACHE_MODEL_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_CACHE_MODEL_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What a client has to do, written step by step from the rules, with no regard to speed: working
 // sets of copies, look-ups by key, requests made at the end.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_CLIENT_MODEL_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The library against a model of the rules, on random configurations.
 //
 // CFM_DIFFERENTIAL_PAIRS  how many scripts of each family to play

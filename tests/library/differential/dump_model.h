@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The texts that a client logs of a configuration that it applies.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_DUMP_MODEL_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_DUMP_MODEL_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The reconciliation of the hierarchy.
 #include <cfm/client_server.pb.h>
 #include <cfm/identifiers.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // A host process that keeps what the library sends and logs, and nothing else, so that hundreds of
 // thousands of clients can live and die on it in a few seconds.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_LEAN_HOST_H

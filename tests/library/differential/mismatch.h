@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Finds out whether two players of a script agree.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_MISMATCH_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_MISMATCH_H

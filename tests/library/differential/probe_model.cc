@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The reconciliation of the probes.
 #include <cfm/client_server.pb.h>
 #include <cfm/identifiers.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Random numbers that come out the same for the same seed everywhere.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Cache replies of servers that hold much, little or nothing of what the client knows, and that
 // may list it oddly.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_CACHE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Small random hierarchies that collide: between two of them much stays, much changes, and names,
 // identifiers and keys disagree.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_HIERARCHY_H

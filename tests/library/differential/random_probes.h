@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Small random sets of probes that collide.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_PROBES_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_PROBES_H

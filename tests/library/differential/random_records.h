@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Fills and changes the configuration's records with few names and numbers, drawn again and again,
 // so that what is drawn collides.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_RECORDS_H

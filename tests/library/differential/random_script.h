@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The test cases: scripts made from a seed.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_SCRIPT_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_RANDOM_SCRIPT_H

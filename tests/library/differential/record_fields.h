@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The members of the configuration's records by name, what lies under keys left out: for filling,
 // changing, emptying and printing them one by one.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RECORD_FIELDS_H

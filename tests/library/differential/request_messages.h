@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The message that each request carries, filled field by field.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_REQUEST_MESSAGES_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_REQUEST_MESSAGES_H

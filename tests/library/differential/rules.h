@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // The rules that a model run can come to, counted, so that a test can tell whether its random
 // configurations reached them all.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_RULES_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What happens to a client, step by step, and what the client does in each step.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_SCRIPT_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_SCRIPT_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // Makes a failing script small.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_SHRINK_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_SHRINK_H

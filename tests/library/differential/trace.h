@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 // What a client does to its host, in order: the requests it sends and the lines it logs.
 #ifndef CFM_TESTS_LIBRARY_DIFFERENTIAL_TRACE_H
 #define CFM_TESTS_LIBRARY_DIFFERENTIAL_TRACE_H

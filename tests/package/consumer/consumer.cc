@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Links the installed library with a host of its own and provisions one endpoint.
 #include <cfm/client.h>
 #include <cfm/client_server.pb.h>

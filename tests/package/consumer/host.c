@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 /* The least that a host process can be, in plain C: it knows a server and counts what is sent. */
 #include <sepan/sepan.h>
 #include <stdio.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: Apache-2.0 */
 #ifndef CONSUMER_HOST_H
 #define CONSUMER_HOST_H
 
