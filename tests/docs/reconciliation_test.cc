@@ -55,10 +55,10 @@ cfm::hierarchy Configuration(std::initializer_list<const char*> entities) {
   return config;
 }
 
-std::string Name(const cfm::core::MdEntry& md) { return md.first; }
-std::string Name(const cfm::core::MaEntry& ma) { return ma.second.md_name + '/' + ma.first; }
-std::string Name(const cfm::hierarchy_mep& mep) {
-  return mep.md_name + '/' + mep.ma_name + '/' + std::to_string(mep.cfg.mep_id);
+std::string Name(const cfm::core::KeptMd& md) { return md.name; }
+std::string Name(const cfm::core::KeptMa& ma) { return ma.md_name + '/' + ma.name; }
+std::string Name(const cfm::core::KeptMep& mep) {
+  return *mep.md_name + '/' + *mep.ma_name + '/' + std::to_string(mep.cfg.mep_id);
 }
 
 class Requests {
@@ -78,7 +78,9 @@ class Requests {
 };
 
 std::string Planned(const cfm::hierarchy& before, const cfm::hierarchy& after) {
-  const auto plan = cfm::core::PlanHierarchy(before, after);
+  const cfm::core::KeptHierarchy applied(before);
+  const cfm::core::KeptHierarchy desired(after);
+  const auto plan = cfm::core::PlanHierarchy(applied, desired);
   return Requests()
       .Add("delete ", plan.deletes.meps)
       .Add("delete ", plan.deletes.mas)

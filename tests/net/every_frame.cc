@@ -62,7 +62,7 @@ Mep UpMep() {
 }
 
 const MaKey kSingleTagged = {"example", "line"};
-const MaKey kDoubleTagged = {"02:00:00:00:00:fe-4660", "513"};
+const MaKey kDoubleTagged = {"02:00:00:00:00:fe/4660", "513"};
 const MepKey kLonely = {{"", "ICC123UMC0001"}, 8191};
 const MepKey kAlarmed = {{"alarm", "client"}, 1};
 

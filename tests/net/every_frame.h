@@ -18,7 +18,7 @@ namespace cfm_mgr::net {
  *
  * - "line" in "example": VLAN 100 at level 4, MEP 1 on v0 and MEP 2 on w1, with MIPs at v1 and w0
  *   between them; CCMs of priority 7 each 10 s; the chassis as sender ID
- * - 513 in 02:00:00:00:00:fe-4660: C-VLAN 30 in S-VLAN 200 at level 6, MEP 1 on v0 and MEP 2 on v1;
+ * - 513 in 02:00:00:00:00:fe/4660: C-VLAN 30 in S-VLAN 200 at level 6, MEP 1 on v0 and MEP 2 on v1;
  *   CCMs of priority 3 each minute; the management address as sender ID, of which there is none
  * - "ICC123UMC0001", without domain: untagged at level 1, MEP 8191 on v0, whose only remote MEP is
  *   missing; CCMs each 100 ms; no sender ID
