@@ -29,11 +29,11 @@ class Run {
 };
 
 struct KeptMep {
-  std::uint16_t key;
+  std::uint16_t key = 0;
   /// The names that the endpoint holds. Where `ma_name` equals the `name` of the association that
   /// the endpoint lies in, it points to that very string, so that comparing the pointers tells.
-  const std::string* ma_name;
-  const std::string* md_name;
+  const std::string* ma_name = nullptr;
+  const std::string* md_name = nullptr;
   st_maintenance_endpoint_cfg cfg;
 };
 
