@@ -4,6 +4,7 @@
 #define CFM_TESTS_AGENT_COMMAND_FIXTURE_H
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,6 +51,30 @@ class Commands : public AgentTest {
     for (; answers_ && answered_ < server_->CountOf(CFM_MGR_C2S_SIG_STATS_GET); ++answered_) {
       server_->Reply(CFM_MGR_S2C_SIG_STATS_REPLY, statistics_);
     }
+  }
+
+  // Tells of a linktrace from endpoint 1 of "d", "a" to 9, with one reply, from start to end.
+  void PublishLinktrace(std::uint32_t ttl_of_reply) {
+    client_server::OpLinktraceStarted started;
+    started.set_md_name("d");
+    started.set_ma_name("a");
+    started.set_mep_id(1);
+    started.set_remote_mep_id(9);
+    started.set_transaction_id(5);
+    server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_STARTED, started);
+    client_server::OpLinktraceReplyRx reply;
+    reply.set_md_name("d");
+    reply.set_ma_name("a");
+    reply.set_mep_id(1);
+    reply.mutable_reply()->set_transaction_id(5);
+    reply.mutable_reply()->set_ttl(ttl_of_reply);
+    server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_REPLY_RX, reply);
+    client_server::OpLinktraceEnded ended;
+    ended.set_md_name("d");
+    ended.set_ma_name("a");
+    ended.set_mep_id(1);
+    ended.set_transaction_id(5);
+    server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_ENDED, ended);
   }
 
   client_server::OpReplyAllStats statistics_;

@@ -47,25 +47,7 @@ TEST_F(Commands, ALinktraceIsFollowedToItsEnd) {
       server_->Last<client_server::OpLinktraceTriggerMsg>(CFM_MGR_C2S_SIG_LT_TRIGGER);
   EXPECT_EQ(trigger.ttl(), 7U);
   EXPECT_EQ(trigger.key().remote_mep_id(), 9U);
-  client_server::OpLinktraceStarted started;
-  started.set_md_name("d");
-  started.set_ma_name("a");
-  started.set_mep_id(1);
-  started.set_remote_mep_id(9);
-  started.set_transaction_id(5);
-  server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_STARTED, started);
-  client_server::OpLinktraceReplyRx reply;
-  reply.set_md_name("d");
-  reply.set_ma_name("a");
-  reply.set_mep_id(1);
-  reply.mutable_reply()->set_transaction_id(5);
-  server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_REPLY_RX, reply);
-  client_server::OpLinktraceEnded ended;
-  ended.set_md_name("d");
-  ended.set_ma_name("a");
-  ended.set_mep_id(1);
-  ended.set_transaction_id(5);
-  server_->Publish(CFM_MGR_SRV_EVENT_LINKTRACE_ENDED, ended);
+  PublishLinktrace(6);
   EXPECT_EQ(ServeUntilEnd(), 0);
   EXPECT_THAT(Output(), HasSubstr("linktrace 1 from MEP d a 1 to 9: complete, 1 reply\n"));
 }
