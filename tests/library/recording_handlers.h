@@ -51,13 +51,19 @@ class Recorder {
   std::function<void()> then = [] {};
 
  protected:
-  // The handler may be gone when `then` returns.
+  // The handler may be gone when `then` returns. What it was called with may not have changed.
   template <typename... Args>
   void Record(const char* operation, const Args&... args) {
     const Running running(Running::Code::Host);
-    host_.Note(name_ + ' ' + operation + (std::string() + ... + (' ' + Text(args))));
+    RecordingHost& host = host_;
+    const auto text = [&] { return (std::string() + ... + (' ' + Text(args))); };
+    const std::string before = text();
+    host.Note(name_ + ' ' + operation + before);
     const auto action = then;
     action();
+    if (const std::string after = text(); after != before) {
+      host.Note(std::string(operation) + " has changed meanwhile:" + after);
+    }
   }
 
  private:

@@ -2,6 +2,7 @@
 // What a handler may do from inside its call: anything with the client but end it.
 #include <cfm/identifiers.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "recording_handlers.h"
@@ -87,6 +88,26 @@ TEST_P(EveryReport, LetsItsHandlerRegisterItselfAgain) {
   handlers.SetThen([this] { handlers.Register(*client); });
   GetParam().Deliver(host, GetParam().bytes);
   EXPECT_EQ(host.Take(), plain);
+}
+
+// A handler may let the host go on with its work before it returns.
+TEST_P(EveryReport, IsLeftAsItIsByAnotherOneThatComesMeanwhile) {
+  GetParam().Deliver(host, "");
+  const auto other = host.Take();
+  GetParam().Deliver(host, GetParam().bytes);
+  auto both = host.Take();
+  const auto call = std::find_if(both.begin(), both.end(), [](const std::string& entry) {
+    return entry.rfind("log ", 0) != 0;
+  });
+  ASSERT_NE(call, both.end());
+  both.insert(call + 1, other.begin(), other.end());
+
+  handlers.SetThen([this] {
+    handlers.SetThen([] {});
+    GetParam().Deliver(host, "");
+  });
+  GetParam().Deliver(host, GetParam().bytes);
+  EXPECT_EQ(host.Take(), both);
 }
 
 // The cache reply is the one that calls no handler.
