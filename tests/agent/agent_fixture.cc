@@ -12,7 +12,7 @@
 namespace cfm_agent::testing {
 namespace {
 
-constexpr std::chrono::seconds kLimit(20);
+constexpr std::chrono::seconds kLimit(60);
 constexpr int kPollMs = 10;
 constexpr std::uint8_t kClientSignals = 20;
 
