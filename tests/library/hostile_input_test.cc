@@ -53,6 +53,15 @@ TEST_P(HostileInput, NullDataIsAnEmptyMessage) {
   EXPECT_EQ(record, RecordOf(GetParam(), ""));
 }
 
+TEST_P(HostileInput, NothingOfAReportStaysForTheNext) {
+  const auto second = RecordOf([&](RecordingHost& host) {
+    GetParam().Deliver(host, GetParam().bytes);
+    host.Take();
+    GetParam().Deliver(host, "");
+  });
+  EXPECT_EQ(second, RecordOf(GetParam(), ""));
+}
+
 TEST_P(HostileInput, TruncationsDoNoHarmWithoutHandlersEither) {
   const std::string& bytes = GetParam().bytes;
   for (std::size_t length = 0; length < bytes.size(); ++length) {
