@@ -33,9 +33,9 @@ as_root() {
 }
 
 # Debian 12 has no zlog. It comes from the next release, from the mirror that apt uses already; a
-# pin keeps everything else of that release out. For the system of this release in directory $1.
+# pin keeps everything else of that release out. docs/packages.md tells how to do it by hand.
 add_source_of_zlog() {
-  local etc=${1%/}/etc/apt codename next=trixie mirror uri signed_by
+  local etc=/etc/apt codename next=trixie mirror uri signed_by
   codename=$(debian_codename)
   if [ "$codename" != bookworm ]; then
     echo "$0: apt knows no libzlog-dev for '$codename'; Debian 12 and 13 are supported" >&2
