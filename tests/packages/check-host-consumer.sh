@@ -10,6 +10,8 @@ set -euo pipefail
 source_dir=$1
 scratch=$2
 here=$source_dir/tests/packages
+# shellcheck source=tests/packages/background.sh
+. "$here/background.sh"
 
 rm -rf "$scratch"
 mkdir -p "$scratch"
@@ -36,32 +38,9 @@ read -r -a libs < <(pkg-config --libs libcfm_mgr_client vorx_dbus)
 c++ -std=c++17 "${cflags[@]}" -Wl,--as-needed "$scratch/provision.cc" "${libs[@]}" \
   ${LD_LIBRARY_PATH:+-Wl,-rpath-link,"$LD_LIBRARY_PATH"} -o "$scratch/provision"
 
-socket=$(mktemp -u /tmp/cfm-bus-XXXXXX) # short enough, wherever the scratch folder is
-pids=()
-clean_up() {
-  for pid in "${pids[@]}"; do
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-  done
-  rm -f "$socket"
-}
-trap clean_up EXIT
-
-await() {
-  local deadline=$((SECONDS + 20))
-  until "$@"; do
-    [ "$SECONDS" -lt "$deadline" ] || return 1
-    sleep 0.05
-  done
-}
 holds_the_domain() { "$server" --query 2>/dev/null | grep -q '"operator"'; }
 
-export VORX_BUS_ADDRESS=unix:path=$socket
-dbus-daemon --session --nofork --nopidfile --address="$VORX_BUS_ADDRESS" \
-  2>"$scratch/bus.log" &
-pids+=($!)
-await test -S "$socket"
-
+start_bus "$scratch/bus.log"
 for program in "$scratch/found/provision" "$scratch/provision"; do
   "$server" 2>"$scratch/server.log" &
   pids[1]=$!

@@ -10,23 +10,13 @@ set -euo pipefail
 bus=unix:path=/run/dbus/system_bus_socket
 store=/var/lib/cfm-mgr/store
 log=$(mktemp -d)
-pids=()
-clean_up() {
-  kill "${pids[@]}" 2>/dev/null || true
-  rm -rf "$log"
-}
-trap clean_up EXIT
+# shellcheck source=tests/packages/background.sh
+. "$(dirname "$0")/background.sh"
+trap 'end_programs; rm -rf "$log"' EXIT
 fail() {
   echo "check-services: $*" >&2
   sed 's/^/  /' "$log"/* >&2
   exit 1
-}
-await() {
-  local deadline=$((SECONDS + 20))
-  until "$@"; do
-    [ "$SECONDS" -lt "$deadline" ] || return 1
-    sleep 0.05
-  done
 }
 
 setting() { sed -n "s/^$2=//p" "$(dpkg --listfiles "$1" | grep "/$1.service$")"; }
