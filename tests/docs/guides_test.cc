@@ -165,5 +165,24 @@ TEST(HostGuide, SaysOfEachFunctionWhatItMustDoItsThreadItsOwnershipAndItsFailure
   }
 }
 
+TEST(ReferenceServerPage, ExplainsEveryRefusalCodeAndNoOther) {
+  const std::string header = ReadFile("mgr/trigger_error.h");
+  const Lines refusals = Refusals(header, ReadFile("mgr/server.cc"));
+  Lines described;
+  for (const Section& section : ReadPage(ReadFile("docs/reference-server.md"))) {
+    for (const auto& row : section.rows) {
+      const bool is_code = section.heading == "Refusal codes" && row.size() == 3 &&
+                           row[0].find_first_not_of("0123456789") == std::string::npos;
+      if (is_code) {
+        EXPECT_FALSE(row[2].empty()) << row[0];
+        described.insert(row[0] + ": " + Plain(row[1]));
+      }
+    }
+  }
+  EXPECT_THAT(refusals, SizeIs(Count(header, R"(\w = \d+,)")));
+  EXPECT_THAT(Without(refusals, described), IsEmpty()) << "not on the page";
+  EXPECT_THAT(Without(described, refusals), IsEmpty()) << "not in the server";
+}
+
 }  // namespace
 }  // namespace docs

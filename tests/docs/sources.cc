@@ -86,6 +86,18 @@ std::set<std::string> Identifiers(const std::string& text) {
   return identifiers;
 }
 
+std::set<std::string> Refusals(const std::string& header, const std::string& source) {
+  static const std::regex enumerator(R"((\w+) = (\d+),)");
+  std::set<std::string> refusals;
+  ForEach(header, enumerator, [&](const std::smatch& code) {
+    const std::regex text("case TriggerError::" + code.str(1) + ":\\s*return" + kLiterals + ";");
+    ForEach(source, text, [&](const std::smatch& match) {
+      refusals.insert(code.str(2) + ": " + ValueOf(match[1]));
+    });
+  });
+  return refusals;
+}
+
 std::set<std::string> Functions(const std::string& text) {
   static const std::regex function(R"(\n\w[^\n(;]*\b((?:vorx|sepan)_\w+)\()");
   std::set<std::string> functions;

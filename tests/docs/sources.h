@@ -23,6 +23,9 @@ std::set<std::string> Fields(const std::string& text);
 // "C2S_SIG_MD_CREATE = 1 OpCreateMaintenanceDomain", of the identifiers' header.
 std::set<std::string> Identifiers(const std::string& text);
 
+// "4: the endpoint is busy", of the server's header of refusals and the source that explains them.
+std::set<std::string> Refusals(const std::string& header, const std::string& source);
+
 // "vorx_sig_send", of a header of the host.
 std::set<std::string> Functions(const std::string& text);
 
