@@ -12,8 +12,9 @@ end_programs() {
 }
 
 # Waits until a command succeeds; fails when it does not in time.
+limit=20 # seconds
 await() {
-  local deadline=$((SECONDS + 20))
+  local deadline=$((SECONDS + limit))
   until "$@"; do
     [ "$SECONDS" -lt "$deadline" ] || return 1
     sleep 0.05
