@@ -11,7 +11,8 @@ project_files() {
   fi
   local file pattern
   [ "$#" -gt 0 ] || set -- '*'
-  find . \( -path ./build -o -path ./.git \) -prune -o \( -type f -o -type l \) -printf '%P\n' |
+  find . \( -path ./build -o -path ./.git -o -type d -exec test -e {}/CMakeCache.txt \; \) -prune \
+    -o \( -type f -o -type l \) -printf '%P\n' |
     LC_ALL=C sort |
     while read -r file; do
       for pattern in "$@"; do

@@ -10,7 +10,7 @@ links to them; README.md is the main page. OUTPUT/files receives the other files
 - links to pages become references, links to other files lead to their copies, as text;
 - Mermaid diagrams become diagrams that Doxygen draws.
 
-A link that leads nowhere becomes one to a copy that is not there: the link check finds it.
+A link that leads nowhere is told, with its page, and fails the run.
 """
 import itertools
 import os
@@ -88,6 +88,7 @@ class Site:
     def __init__(self, output, paths):
         self.output = Path(output)
         self.anchors = {path: headings(path) for path in paths}
+        self.broken = []  # links that lead nowhere, with their pages
 
     def link(self, page, match):
         """A link of a page, as Doxygen takes it."""
@@ -97,6 +98,8 @@ class Site:
         file, _, fragment = target.partition("#")
         path = os.path.normpath(os.path.join(os.path.dirname(page), file)) if file else page
         if path in self.anchors:
+            if fragment and fragment not in self.anchors[path]:
+                self.broken.append(f"{page}: {target}: there is no such heading")
             if fragment in ("", *self.anchors[path][:1]):
                 return f"[{text}](@ref {page_id(path)})"
             return f"[{text}](@ref {anchor_id(path, fragment)})"
@@ -106,6 +109,8 @@ class Site:
         if os.path.isfile(path):
             (self.output / copy).parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(path, self.output / copy)
+        else:
+            self.broken.append(f"{page}: {target}: there is no such file")
         return f"{image}[{text}]({copy})"
 
     def prose(self, page, lines):
@@ -162,6 +167,8 @@ def main():
     for number, path in enumerate(in_reading_order(paths)):
         name = f"{number:02}-{page_id(path)}.md"
         (site.output / "pages" / name).write_text(site.convert(path))
+    if site.broken:
+        sys.exit("\n".join(["links that lead nowhere:", *site.broken]))
 
 
 if __name__ == "__main__":
