@@ -87,7 +87,8 @@ def connection(line):
 
 def flowchart(lines):
     """A flowchart from left to right as a graph."""
-    out = ["\\dot", "digraph {", "rankdir=LR; node [fontsize=10]; edge [fontsize=9];"]
+    out = ["\\dot", "digraph {", "rankdir=LR; ranksep=0.2; size=10.5;"]
+    out.append('node [fontsize=10, margin="0.08,0.05"]; edge [fontsize=9];')
     for line in lines:
         if match := SUBGRAPH.match(line):
             out.append(f"subgraph cluster_{match[1]} {{ label={quoted(match[2])}; fontsize=10;")

@@ -93,6 +93,7 @@ class Site:
     def link(self, page, match):
         """A link of a page, as Doxygen takes it."""
         image, text, target = match.groups()
+        text = " ".join(text.split())  # Doxygen loses its way in a reference over two lines
         if re.match(r"\w+:", target):
             return match[0]
         file, _, fragment = target.partition("#")
