@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # The services of the packages cfm-mgr and cfm-agent in a system that systemd has booted: they start, find
 # each other, have no privilege that they need not, come back when they are killed, and end when they
-# are told to. For a system of its own only, as root: /etc/cfm/cfm.yaml is written.
+# are told to. For a system of its own only, as root: /etc/cfm/cfm.yaml is written, and a user is added.
 #
 # usage: check-booted.sh
 set -euo pipefail
@@ -18,18 +18,22 @@ fail() {
 property() { systemctl show --property="$2" --value "$1"; }
 is_active() { [ "$(property "$1" ActiveState)" = active ]; }
 
-# As a member of the group asks.
-server_tree() {
-  setpriv --reuid=cfm-agent --regid=cfm-agent --init-groups \
-    cfm-mgr --query --bus unix:path=/run/dbus/system_bus_socket 2>/dev/null
-}
+# As somebody who has become a member of the group asks.
+export VORX_BUS_ADDRESS=unix:path=/run/dbus/system_bus_socket
+useradd somebody
+as_somebody() { runuser --user somebody -- "$@"; }
+server_tree() { as_somebody cfm-mgr --query 2>/dev/null; }
 holds_the_endpoint() { server_tree | grep -q 'mep 1:'; }
 
 await is_active cfm-mgr || fail "the server does not start with the system"
 ! is_active cfm-agent || fail "the agent starts without having been told to"
 sed 's/port: eth0/port: lo/' /usr/share/doc/cfm-agent/examples/minimal.yaml >/etc/cfm/cfm.yaml
 systemctl start cfm-agent
+! server_tree || fail "somebody who is no member of the group is a client"
+usermod -aG cfm somebody
 await holds_the_endpoint || fail "the agent does not provision the server"
+as_somebody cfm-agent --config /etc/cfm/cfm.yaml --execute show | grep -q line-1 ||
+  fail "the agent tells a member of the group nothing"
 echo "both services are active, and the server is provisioned"
 
 capabilities_of() { awk '/^CapEff:/ { print $2 }' "/proc/$(property "$1" MainPID)/status"; }
