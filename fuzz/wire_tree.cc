@@ -30,7 +30,7 @@ class WireReader {
     if (count > bytes_.size()) {
       return std::nullopt;
     }
-    const std::string_view taken = bytes_.substr(0, count);
+    const std::string_view taken = bytes_.substr(0, static_cast<std::size_t>(count));
     bytes_.remove_prefix(taken.size());
     return taken;
   }
