@@ -78,6 +78,8 @@ void AddOutputOptions(CLI::App& app, Options& options) {
 }
 
 void AddOptions(CLI::App& app, Options& options, int& timeout) {
+  app.set_help_flag("-h,--help", "print this help, and exit");
+  app.set_version_flag("--version", "cfm-agent " CFM_AGENT_VERSION, "print the version, and exit");
   app.add_option("-c,--config", options.config, "configuration file")
       ->required()
       ->type_name("FILE");

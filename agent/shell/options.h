@@ -39,7 +39,8 @@ struct Options {
   ColourChoice colour = ColourChoice::Auto;
 };
 
-// The options, or the status to exit with at once: help or a complaint has been printed.
+// The options, or the status to exit with at once: help, the version or a complaint has been
+// printed.
 std::variant<Options, ExitStatus> ParseCommandLine(int argc, const char* const* argv);
 
 }  // namespace cfm_agent

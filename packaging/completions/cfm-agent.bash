@@ -20,8 +20,8 @@ _cfm_agent() {
       ;;
     -b | --bus | -n | --name | -t | --timeout) ;;
     *)
-      mapfile -t COMPREPLY < <(compgen -W "--help --config --bus --log-config --name --execute
-        --interactive --timeout --output --color --check" -- "$current")
+      mapfile -t COMPREPLY < <(compgen -W "--help --version --config --bus --log-config --name
+        --execute --interactive --timeout --output --color --check" -- "$current")
       ;;
   esac
 }

@@ -244,6 +244,16 @@ TEST_F(CommandLine, NeedsAConfigurationFile) {
   EXPECT_TRUE(Complains("--config is required"));
 }
 
+TEST_F(CommandLine, TellsItsVersionWhateverElseIsAsked) {
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{CFM_AGENT, "--version"}, {CFM_AGENT, "--check", "--version"}}) {
+    cfm_test::ChildProcess agent(command, directory_.File("out"), directory_.File("err"));
+    EXPECT_EQ(agent.Wait(), 0);
+    EXPECT_EQ(Output(), "cfm-agent " PROJECT_VERSION "\n");
+    EXPECT_EQ(Errors(), "");
+  }
+}
+
 TEST_F(CommandLine, HelpsWithEveryExitStatus) {
   StartAgent({"--help"});
   EXPECT_EQ(agent_.Wait(), 0);
