@@ -69,12 +69,14 @@ void AddOutputOptions(CLI::App& app, Options& options) {
             "text for people, the default, or a JSON object on each line for programs",
             Choices<OutputFormat>{{"text", OutputFormat::Text}, {"json", OutputFormat::Json}},
             options.output);
-  AddChoice(app, "--color", "WHEN",
-            "whether text is coloured; auto, the default: on a terminal, unless NO_COLOR is set",
-            Choices<ColourChoice>{{"auto", ColourChoice::Auto},
-                                  {"always", ColourChoice::Always},
-                                  {"never", ColourChoice::Never}},
-            options.colour);
+  AddChoice(
+      app, "--color", "WHEN",
+      "whether text is coloured; auto, the default: on a terminal, unless NO_COLOR is set and not "
+      "empty",
+      Choices<ColourChoice>{{"auto", ColourChoice::Auto},
+                            {"always", ColourChoice::Always},
+                            {"never", ColourChoice::Never}},
+      options.colour);
 }
 
 void AddOptions(CLI::App& app, Options& options, int& timeout) {
