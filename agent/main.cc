@@ -139,7 +139,10 @@ ExitStatus Run(Options options, const Renderer& renderer, Console& console) {
     return RejectConfig(options, keeper, console);
   }
   if (options.check) {
-    console.Tell(CheckAnswer{options.config, CountsOf(*keeper.config())});
+    for (const std::string& warning : keeper.warnings()) {
+      console.Tell(WarningNews{warning});
+    }
+    console.Tell(CheckAnswer{options.config, CountsOf(*keeper.config()), keeper.warnings().size()});
     return ExitStatus::Success;
   }
   QuietenLog(options);

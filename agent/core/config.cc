@@ -4,6 +4,7 @@
 #include "core/hierarchy_reader.h"
 #include "core/probe_reader.h"
 #include "core/text.h"
+#include "core/warnings.h"
 #include "core/yaml_tree.h"
 
 namespace cfm_agent {
@@ -46,12 +47,14 @@ ReadResult ReadConfig(std::string_view text, const PortOfName& port_of_name) {
   }
   FileDraft file{port_of_name, {}, {}};
   file.hierarchy.unclear = true;
-  ReadFields(Value(*tree->root, result.mistakes), kFields, "a configuration", file);
+  const Value root(*tree->root, result.mistakes);
+  ReadFields(root, kFields, "a configuration", file);
   if (!result.mistakes.empty()) {
     SortByPlace(result.mistakes);
     return result;
   }
   result.config = Config{std::move(file.hierarchy.hierarchy), std::move(file.probes)};
+  result.warnings = FindWarnings(root, *result.config);
   return result;
 }
 

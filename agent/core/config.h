@@ -25,13 +25,15 @@ struct Config {
 // 0 when the host has none to give.
 using PortOfName = std::function<sepan_port_t(const std::string& name)>;
 
-// A configuration, or else at least one mistake.
+// A configuration, maybe with warnings, or else at least one mistake.
 struct ReadResult {
   std::optional<Config> config;
   Mistakes mistakes;
+  Warnings warnings;
 };
 
-// Reads the text of a configuration file. Notes every mistake in it, in the order of the file.
+// Reads the text of a configuration file. Notes every mistake in it or, if there is none, every
+// warning, in the order of the file.
 ReadResult ReadConfig(std::string_view text, const PortOfName& port_of_name);
 
 struct ConfigCounts {

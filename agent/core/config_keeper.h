@@ -4,6 +4,7 @@
 #define CFM_AGENT_CORE_CONFIG_KEEPER_H
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,9 +43,15 @@ class ConfigKeeper {
   const std::optional<Config>& config() const { return config_; }
   // What is wrong with a Rejected file, one line each.
   const std::vector<std::string>& complaints() const { return complaints_; }
+  // What is hardly meant in the file in force, one line each.
+  const std::vector<std::string>& warnings() const { return warnings_; }
+  // The lines to tell of them when the file comes into force: those that the last one in force did
+  // not have, of many the first ones, and how many there are. None if there is nothing new.
+  std::vector<std::string> WarningsToTell() const;
 
  private:
   Outcome Judge();
+  void Note(const Warnings& warnings);
 
   std::string file_;
   PortOfName port_of_name_;
@@ -52,6 +59,9 @@ class ConfigKeeper {
   std::optional<std::string> text_in_force_;
   std::optional<Config> config_;
   std::vector<std::string> complaints_;
+  std::vector<std::string> warnings_;
+  std::vector<std::string> new_warnings_;
+  std::set<std::string> known_;  // what the warnings are about
 };
 
 }  // namespace cfm_agent

@@ -105,6 +105,11 @@ class JsonOfRecord {
     return "session_ended";
   }
 
+  std::string operator()(const WarningNews& news) const {
+    object_["message"] = TextValue(news.text);
+    return "warning";
+  }
+
   std::string operator()(const InterfaceNews& news) const {
     object_["interface"] = TextValue(news.name);
     return "interface_appeared";
@@ -170,6 +175,7 @@ class JsonOfRecord {
   std::string operator()(const CheckAnswer& answer) const {
     object_["file"] = TextValue(answer.file);
     AddCounts(object_, answer.counts);
+    object_["warnings"] = answer.warnings;
     return "check";
   }
 

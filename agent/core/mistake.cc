@@ -5,10 +5,21 @@
 #include <tuple>
 
 namespace cfm_agent {
+namespace {
+
+bool StandsBefore(const Mistake& a, const Mistake& b) {
+  return std::tie(a.mark.line, a.mark.column) < std::tie(b.mark.line, b.mark.column);
+}
+
+}  // namespace
 
 void SortByPlace(Mistakes& mistakes) {
-  std::stable_sort(mistakes.begin(), mistakes.end(), [](const Mistake& a, const Mistake& b) {
-    return std::tie(a.mark.line, a.mark.column) < std::tie(b.mark.line, b.mark.column);
+  std::stable_sort(mistakes.begin(), mistakes.end(), StandsBefore);
+}
+
+void SortByPlace(Warnings& warnings) {
+  std::stable_sort(warnings.begin(), warnings.end(), [](const Warning& a, const Warning& b) {
+    return StandsBefore(a.found, b.found);
   });
 }
 
@@ -18,6 +29,9 @@ std::string Describe(std::string_view file, const Mistake& mistake) {
     out += ':' + std::to_string(mistake.mark.line) + ':' + std::to_string(mistake.mark.column);
   }
   out += ": ";
+  if (mistake.severity == Severity::Warning) {
+    out += "warning: ";
+  }
   if (!mistake.field.empty()) {
     out += mistake.field + ": ";
   }

@@ -13,7 +13,7 @@ bool HoldsOneOf(const Record& record) {
 
 bool IsNews(const Record& record) {
   return HoldsOneOf<ConfigurationNews, ServerNews, LocalStatusNews, RemoteStatusNews, RemovalNews,
-                    SessionNews, InterfaceNews, StopNews>(record);
+                    SessionNews, WarningNews, InterfaceNews, StopNews>(record);
 }
 
 }  // namespace cfm_agent

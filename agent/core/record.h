@@ -55,6 +55,11 @@ struct SessionNews {
   cfm::DelayMeasurementSessionResult result;
 };
 
+// Something about the configuration that is in force now is hardly meant.
+struct WarningNews {
+  std::string text;
+};
+
 // The kernel has another interface of this name than before: what is on it is created anew.
 struct InterfaceNews {
   std::string name;
@@ -96,6 +101,7 @@ struct HelpAnswer {
 struct CheckAnswer {
   std::string file;
   ConfigCounts counts;
+  std::uint64_t warnings = 0;
 };
 
 // A mistake or failure; of a command, if it has a name.
@@ -106,8 +112,8 @@ struct Complaint {
 
 using Record =
     std::variant<ConfigurationNews, ServerNews, LocalStatusNews, RemoteStatusNews, RemovalNews,
-                 SessionNews, InterfaceNews, StopNews, TestStarted, TestReply, TestResult,
-                 ShowAnswer, ClearAnswer, HelpAnswer, CheckAnswer, Complaint>;
+                 SessionNews, WarningNews, InterfaceNews, StopNews, TestStarted, TestReply,
+                 TestResult, ShowAnswer, ClearAnswer, HelpAnswer, CheckAnswer, Complaint>;
 
 // Whether nobody asked for it.
 bool IsNews(const Record& record);

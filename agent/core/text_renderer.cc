@@ -60,6 +60,7 @@ class TextOfRecord {
   }
 
   Lines operator()(const SessionNews& news) const { return {Describe(news.result, style_)}; }
+  Lines operator()(const WarningNews& news) const { return {news.text}; }
   Lines operator()(const InterfaceNews& news) const {
     return {"interface " + Printable(news.name) + " is there; its endpoints are created anew"};
   }
@@ -75,7 +76,9 @@ class TextOfRecord {
   Lines operator()(const HelpAnswer& answer) const { return TextOf(answer.commands); }
 
   Lines operator()(const CheckAnswer& answer) const {
-    return {answer.file + ": no mistakes: " + Summary(answer.counts)};
+    const std::string warnings =
+        answer.warnings == 0 ? "" : ", " + Count(answer.warnings, "warning");
+    return {answer.file + ": no mistakes" + warnings + ": " + Summary(answer.counts)};
   }
 
   Lines operator()(const Complaint& complaint) const {
@@ -93,7 +96,9 @@ Lines TextRenderer::Render(const Record& record, WallTime /*now*/) const {
 }
 
 Stream TextRenderer::StreamOf(const Record& record) const {
-  return std::holds_alternative<Complaint>(record) ? Stream::Error : Stream::Output;
+  const bool bad =
+      std::holds_alternative<Complaint>(record) || std::holds_alternative<WarningNews>(record);
+  return bad ? Stream::Error : Stream::Output;
 }
 
 }  // namespace cfm_agent

@@ -121,6 +121,11 @@ void Agent::HandIn(const std::set<sepan_port_t>& moved) {
 }
 
 void Agent::TellConfiguration(ConfigurationNews::What what) const {
+  if (what == ConfigurationNews::What::Loaded || what == ConfigurationNews::What::Reloaded) {
+    for (const std::string& line : keeper_.WarningsToTell()) {
+      console_.Tell(WarningNews{line});
+    }
+  }
   console_.Tell(ConfigurationNews{what, CountsOf(*keeper_.config())});
 }
 

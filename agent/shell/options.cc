@@ -23,7 +23,8 @@ constexpr const char* kDescription =
 constexpr const char* kExitStatus =
     "Exit status:\n"
     "  0  all commands complete, a service stopped by SIGTERM or SIGINT, the end of a session at\n"
-    "     a prompt, whatever its commands came to, or --check found no mistake\n"
+    "     a prompt, whatever its commands came to, or --check found no mistake but\n"
+    "     maybe warnings\n"
     "  1  the configuration file has mistakes or cannot be read\n"
     "  2  the command line, or a command, makes no sense, or show finds nothing of a name\n"
     "  3  the bus cannot be joined, or has gone away\n"

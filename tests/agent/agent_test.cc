@@ -12,6 +12,7 @@ namespace cfm_agent::testing {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 std::string Domain(const std::string& name, int level = 1) {
   return "domains: [{name: " + name + ", level: " + std::to_string(level) + "}]\n";
@@ -179,7 +180,56 @@ TEST_F(AgentTest, NeedsANameOfItsOwn) {
               HasSubstr("another process on the bus is called twin"));
 }
 
+// One domain with an endpoint and, in its place, another one.
+std::string TwoInOnePlace(const std::string& md_name) {
+  return "domains:\n- name: " + md_name +
+         "\n  level: 1\n  associations:\n  - name: a\n    mep-ids: [1, 2]\n    endpoints:\n"
+         "    - {mep-id: 1, direction: up, port: lo}\n"
+         "    - {mep-id: 2, direction: up, port: lo}\n";
+}
+
+TEST_F(AgentAndServer, TakesAFileWithWarningsAndTellsThemOnce) {
+  WriteConfig(TwoInOnePlace("crowded"));
+  EXPECT_TRUE(ServeUntilCreated("crowded"));
+  ASSERT_TRUE(WaitUntilItSays("configuration reloaded: 1 domain, 1 association, 2 endpoints"));
+  const std::string warnings =
+      ConfigPath() +
+      ":9:7: warning: domains[0].associations[0].endpoints[1]: has the port, level, direction and "
+      "VID of MEP crowded a 1 on line 8, so that each gets the other's frames; use another port, "
+      "level, direction or primary-vid\n" +
+      ConfigPath() + ": 1 warning\n";
+  EXPECT_THAT(Errors(), HasSubstr(warnings));
+  WriteConfig("# moved\n" + TwoInOnePlace("crowded") + "- {name: more, level: 2}\n");
+  ASSERT_TRUE(WaitUntilItSays("configuration reloaded: 2 domains"));
+  EXPECT_THAT(Errors(), Not(HasSubstr(":10:7: warning: ")));
+}
+
+TEST_F(AgentTest, LeavesWarningsToTheServiceWhenItRunsCommands) {
+  WriteConfig(TwoInOnePlace("crowded"));
+  StartServer();
+  StartAgent({"--execute", "help"});
+  ASSERT_TRUE(server_->ServeUntilAsked(CFM_MGR_C2S_SIG_STATS_GET));
+  server_->Reply(CFM_MGR_S2C_SIG_STATS_REPLY, client_server::OpReplyAllStats());
+  EXPECT_EQ(agent_.Wait(), 0);
+  EXPECT_EQ(Errors(), "");
+}
+
 class CommandLine : public AgentTest {};
+
+TEST_F(CommandLine, ChecksAFileWithWarnings) {
+  WriteConfig(TwoInOnePlace("crowded"));
+  StartAgent({"--check"});
+  EXPECT_EQ(agent_.Wait(), 0);
+  EXPECT_EQ(Output(), ConfigPath() +
+                          ": no mistakes, 1 warning: 1 domain, 1 association, 2 endpoints, 0 "
+                          "probes with 0 sessions\n");
+  EXPECT_THAT(Errors(), ::testing::StartsWith(ConfigPath() + ":9:7: warning: domains[0]."));
+  StartAgent({"--check", "--output", "json"});
+  EXPECT_EQ(agent_.Wait(), 0);
+  EXPECT_TRUE(Says("{\"type\":\"warning\",\"time\""));
+  EXPECT_TRUE(Says("\"warnings\":1}"));
+  EXPECT_EQ(Errors(), "");
+}
 
 TEST_F(CommandLine, ChecksAGoodFile) {
   WriteConfig(Domain("first"));

@@ -336,5 +336,10 @@ TEST(Examples, HoldWhatTheyPromise) {
             "3 domains, 12 associations, 40 endpoints, 6 probes with 9 sessions");
 }
 
+TEST(Examples, GiveNoWarnings) {
+  EXPECT_THAT(WarningsIn(FileText("minimal.yaml")), IsEmpty());
+  EXPECT_THAT(WarningsIn(FileText("demo.yaml")), IsEmpty());
+}
+
 }  // namespace
 }  // namespace cfm_agent::testing

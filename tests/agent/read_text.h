@@ -40,6 +40,15 @@ inline std::vector<std::string> MistakesIn(std::string_view text) {
   return lines;
 }
 
+// The warnings of a file called f, as they are printed.
+inline std::vector<std::string> WarningsIn(std::string_view text) {
+  std::vector<std::string> lines;
+  for (const Warning& warning : Read(text).warnings) {
+    lines.push_back(Describe("f", warning.found));
+  }
+  return lines;
+}
+
 }  // namespace cfm_agent::testing
 
 #endif

@@ -163,6 +163,7 @@ std::vector<Record> RecordsNaming(const std::string& name) {
   session.s_byte = 200;
   session.s_word_5 = 2;
   records.emplace_back(SessionNews{session});
+  records.emplace_back(WarningNews{"agent.yaml: 2 warnings"});
   records.emplace_back(InterfaceNews{"eth0"});
   records.emplace_back(StopNews{});
   AddTests(mep, records);

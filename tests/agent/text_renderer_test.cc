@@ -51,6 +51,8 @@ TEST(TextRenderer, SaysWhatTheConfigurationBecame) {
               ElementsAre("configuration unchanged"));
   EXPECT_THAT(TextOf(CheckAnswer{"x.yaml", counts}),
               ElementsAre("x.yaml: no mistakes: " + summary));
+  EXPECT_THAT(TextOf(CheckAnswer{"x.yaml", counts, 2}),
+              ElementsAre("x.yaml: no mistakes, 2 warnings: " + summary));
 }
 
 TEST(TextRenderer, SaysWhatCommandAComplaintIsAbout) {
@@ -58,6 +60,7 @@ TEST(TextRenderer, SaysWhatCommandAComplaintIsAbout) {
   EXPECT_THAT(TextOf(Complaint{"stopped", ""}), ElementsAre("stopped"));
   const TextRenderer renderer({true, true});
   EXPECT_EQ(renderer.StreamOf(Complaint{}), Stream::Error);
+  EXPECT_EQ(renderer.StreamOf(WarningNews{}), Stream::Error);
   EXPECT_EQ(renderer.StreamOf(StopNews{}), Stream::Output);
 }
 
