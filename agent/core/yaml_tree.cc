@@ -5,8 +5,11 @@
 #include <yaml-cpp/exceptions.h>
 #include <yaml-cpp/parser.h>
 
+#include <algorithm>
+#include <array>
 #include <sstream>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "core/text.h"
 
@@ -22,8 +25,32 @@ struct Rejection {
   Mistake mistake;
 };
 
+[[noreturn]] void Reject(FileMark mark, std::string text) {
+  throw Rejection{{mark, "", std::move(text)}};
+}
+
 [[noreturn]] void Reject(const YAML::Mark& mark, std::string text) {
-  throw Rejection{{ToFileMark(mark), "", std::move(text)}};
+  Reject(ToFileMark(mark), std::move(text));
+}
+
+constexpr std::string_view kStandardTag = "tag:yaml.org,2002:";
+
+// As it is written in a file.
+std::string TagShown(std::string_view tag) {
+  return tag.substr(0, kStandardTag.size()) == kStandardTag
+             ? "!!" + Printable(tag.substr(kStandardTag.size()))
+             : Printable(tag);
+}
+
+// What a node is, is told by how it is written. A tag may only say the same, or that it is text.
+void CheckTag(const YAML::Mark& mark, std::string_view tag, std::string_view right) {
+  constexpr std::array<std::string_view, 3> kUnspecific = {"", "?", "!"};
+  const bool standard = tag.substr(0, kStandardTag.size()) == kStandardTag;
+  if (std::find(kUnspecific.begin(), kUnspecific.end(), tag) == kUnspecific.end() &&
+      !(standard && tag.substr(kStandardTag.size()) == right)) {
+    Reject(mark, "the tag " + TagShown(tag) + " is not understood here; use !!" +
+                     std::string(right) + " or none");
+  }
 }
 
 class TreeBuilder : public YAML::EventHandler {
@@ -49,8 +76,9 @@ class TreeBuilder : public YAML::EventHandler {
 
   void OnScalar(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                 const std::string& value) override {
+    CheckTag(mark, tag, "str");
     YamlNode& node = Add(YamlNode::Kind::Scalar, mark, anchor);
-    node.quoted = tag == "!";
+    node.quoted = tag != "?";
     node.text = value;
     Place(node);
   }
@@ -64,17 +92,22 @@ class TreeBuilder : public YAML::EventHandler {
     Place(*found->second);
   }
 
-  void OnSequenceStart(const YAML::Mark& mark, const std::string& /*tag*/, YAML::anchor_t anchor,
+  void OnSequenceStart(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                        YAML::EmitterStyle::value /*style*/) override {
+    CheckTag(mark, tag, "seq");
     Open(YamlNode::Kind::Sequence, mark, anchor);
   }
   void OnSequenceEnd() override { Close(); }
 
-  void OnMapStart(const YAML::Mark& mark, const std::string& /*tag*/, YAML::anchor_t anchor,
+  void OnMapStart(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                   YAML::EmitterStyle::value /*style*/) override {
+    CheckTag(mark, tag, "map");
     Open(YamlNode::Kind::Map, mark, anchor);
   }
-  void OnMapEnd() override { Close(); }
+  void OnMapEnd() override {
+    Merge(*open_.back().node);
+    Close();
+  }
 
  private:
   struct OpenNode {
@@ -82,7 +115,9 @@ class TreeBuilder : public YAML::EventHandler {
     YAML::anchor_t anchor;
   };
 
-  void Grow(const YAML::Mark& mark, std::uint32_t nodes) {
+  void Grow(const YAML::Mark& mark, std::uint32_t nodes) { Grow(ToFileMark(mark), nodes); }
+
+  void Grow(FileMark mark, std::uint32_t nodes) {
     if (nodes > limits_.nodes - total_) {
       Reject(mark, "the file has more than " + std::to_string(limits_.nodes) +
                        " values; split the configuration");
@@ -117,6 +152,57 @@ class TreeBuilder : public YAML::EventHandler {
       anchors_[closed.anchor] = closed.node;
     }
     Place(*closed.node);
+  }
+
+  // Puts what the maps behind a key << have in its place. What the map has itself stands above
+  // them, and a map of a list above those behind it.
+  void Merge(YamlNode& map) {
+    const auto key = FindMergeKey(map, 0);
+    if (key == map.children.size()) {
+      return;
+    }
+    const auto again = FindMergeKey(map, key + 2);
+    if (again < map.children.size()) {
+      Reject(map.children[again]->mark, "<< is given twice; give it once, with a list of maps");
+    }
+    const YamlNode& merged = *map.children[key + 1];
+    const auto place = map.children.begin() + static_cast<std::ptrdiff_t>(key);
+    map.children.erase(place, place + 2);
+    std::unordered_set<std::string_view> keys;
+    for (std::size_t i = 0; i < map.children.size(); i += 2) {
+      keys.insert(map.children[i]->text);
+    }
+    if (merged.kind != YamlNode::Kind::Sequence) {
+      return MergeMap(map, merged, keys);
+    }
+    for (const YamlNode* item : merged.children) {
+      MergeMap(map, *item, keys);
+    }
+  }
+
+  // The index of the first such key from this one on.
+  static std::size_t FindMergeKey(const YamlNode& map, std::size_t from) {
+    std::size_t i = from;
+    while (i < map.children.size() && (map.children[i]->kind != YamlNode::Kind::Scalar ||
+                                       map.children[i]->quoted || map.children[i]->text != "<<")) {
+      i += 2;
+    }
+    return i;
+  }
+
+  void MergeMap(YamlNode& map, const YamlNode& other, std::unordered_set<std::string_view>& keys) {
+    if (other.kind != YamlNode::Kind::Map) {
+      Reject(other.mark, "<< takes in a map only, or a list of maps; use an alias of one");
+    }
+    for (std::size_t i = 0; i < other.children.size(); i += 2) {
+      if (keys.insert(other.children[i]->text).second) {
+        for (const YamlNode* child : {other.children[i], other.children[i + 1]}) {
+          Grow(other.mark, child->weight);
+          map.weight += child->weight;
+          map.children.push_back(child);
+        }
+      }
+    }
   }
 
   // The key whose value comes next, or null.

@@ -28,7 +28,8 @@ struct YamlNode {
   std::vector<const YamlNode*> children;
 };
 
-// Owns the nodes. An alias is a second pointer to the node it stands for.
+// Owns the nodes. An alias is a second pointer to the node it stands for. A map that takes in
+// others with a key << has what they have.
 struct YamlTree {
   std::deque<YamlNode> nodes;
   const YamlNode* root = nullptr;  // null for a file without a document
