@@ -11,6 +11,7 @@
 #include <cwchar>
 #include <system_error>
 
+#include "core/table.h"
 #include "shell/keys.h"
 #include "shell/tty.h"
 
@@ -56,7 +57,7 @@ Terminal::Terminal(const Renderer& renderer, Progress progress, Completer comple
 
 Terminal::~Terminal() {
   el_set(editor_.get(), EL_UNBUFFERED, 0);
-  Put(Stream::Output, kClearLine);
+  Clear();
 }
 
 void Terminal::SetUpHistory() {
@@ -174,16 +175,25 @@ int Terminal::OnRead(EditLine* editor, wchar_t* character) {
 void Terminal::Resize() { el_resize(editor_.get()); }
 
 void Terminal::Write(Stream stream, std::string_view lines) {
-  Put(Stream::Output, kClearLine);
+  Clear();
   Put(stream, lines);
   Redraw();
 }
 
 void Terminal::DrawProgress() {
   const std::string line = progress_line().substr(0, OutputColumns() / 2);
+  Clear();
   prompt_ = (line.empty() ? "" : '[' + line + "] ") + kPrompt;
-  Put(Stream::Output, kClearLine);
   Redraw();
+}
+
+// Takes prompt and line away. Both together may go on over several lines of the terminal.
+void Terminal::Clear() {
+  const LineInfo* info = el_line(editor_.get());
+  const std::string_view typed(info->buffer, static_cast<std::size_t>(info->cursor - info->buffer));
+  const std::size_t above = (DisplayWidth(prompt_) + DisplayWidth(typed)) / OutputColumns();
+  const std::string up = above == 0 ? "" : "\x1b[" + std::to_string(above) + 'A';
+  Put(Stream::Output, up + "\r\x1b[J");
 }
 
 void Terminal::Redraw() { el_set(editor_.get(), EL_REFRESH); }

@@ -57,6 +57,7 @@ class Terminal : public Console, public Input {
   void SetUpHistory();
   void BeginLine();
   void Remember(const std::string& line);
+  void Clear();
   void Redraw();
 
   Completer completer_;

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <array>
@@ -27,6 +28,11 @@ class PseudoTerminal {
 
   // The path of the side that a program uses.
   std::string name() const { return ptsname(fd_); }
+
+  void SetColumns(unsigned short columns) const {
+    const winsize size = {24, columns, 0, 0};
+    ASSERT_EQ(ioctl(fd_, TIOCSWINSZ, &size), 0);
+  }
 
   void Type(const std::string& keys) const {
     ASSERT_EQ(write(fd_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));

@@ -159,7 +159,7 @@ TEST_F(Terminals, ShowInThePromptHowFarATestIs) {
   ended.set_request_id(reply.request_id());
   server_->Publish(CFM_MGR_SRV_EVENT_LOOPBACK_ENDED, ended);
   EXPECT_TRUE(WaitUntilShown("complete"));
-  EXPECT_TRUE(WaitUntilShown("\x1b[Kcfm-agent> stat"));
+  EXPECT_TRUE(WaitUntilShown("\x1b[Jcfm-agent> stat"));
   Type("istics\n");
   EXPECT_TRUE(WaitUntilShown("statistics 2: "));
 }
@@ -172,6 +172,16 @@ TEST_F(Terminals, KeepWhatIsTypedWhileSomethingIsPrinted) {
   EXPECT_TRUE(WaitUntilShown("stati"));
   Type("stics\n");
   EXPECT_TRUE(WaitUntilShown("statistics 1: complete"));
+}
+
+TEST_F(Terminals, TakeAwayAllOfALineThatIsLongerThanTheTerminalIsWide) {
+  terminal_.SetColumns(30);
+  agent_.Signal(SIGWINCH);
+  // With the prompt, 68 cells: the cursor is two lines below the first one.
+  Type("loopback d a 1 9 param-a=12345678 \xE4\xB8\xAD param-b=123456789012");
+  EXPECT_TRUE(WaitUntilShown("9012"));
+  PublishRemoval();
+  EXPECT_TRUE(WaitUntilShown("\x1b[2A\r\x1b[JMEP d a 1: removed by the server"));
 }
 
 TEST_F(Terminals, SurviveALineThatIsCleared) {
