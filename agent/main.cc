@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // cfm-agent: keeps the CFM server in step with a configuration file.
 
+#include <fcntl.h>
 #include <sepan/host.h>
 #include <unistd.h>
 
@@ -168,10 +169,21 @@ ExitStatus Main(const Options& options) {
   return WithOutput(Run(options, *renderer, console), console);
 }
 
+// The number of a standard stream that is closed would go to the next file that is opened, such as
+// the bus. Input then ends at once, and output fails.
+void FillClosedStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0) {
+      static_cast<void>(open("/dev/null", O_RDONLY));
+    }
+  }
+}
+
 }  // namespace
 }  // namespace cfm_agent
 
 int main(int argc, char** argv) {
+  cfm_agent::FillClosedStreams();
   // A reader of the output that goes away must not take the agent with it.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   // So that names of any language can be typed, and drawings fit what the terminal can show.

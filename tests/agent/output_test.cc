@@ -105,6 +105,18 @@ TEST_F(AgentOutput, FailsWhenItCannotBeWritten) {
   EXPECT_EQ(ServeUntilEnd(), 4);
 }
 
+TEST_F(AgentOutput, FailsWhenThereIsNone) {
+  Run("$AGENT --execute show >&-");
+  EXPECT_EQ(ServeUntilEnd(), 4);
+  EXPECT_EQ(Errors(), "standard output: Bad file descriptor; lines are lost\n");
+}
+
+TEST_F(AgentOutput, EndsAtOnceWhenThereIsNoInput) {
+  Run("$AGENT --interactive <&-");
+  EXPECT_EQ(ServeUntilEnd(), 0);
+  EXPECT_EQ(Errors(), "");
+}
+
 TEST_F(AgentOutput, KeepsTheReasonOfACommandThatFailsWhenItCannotBeWritten) {
   Run("$AGENT --execute 'show nowhere' > /dev/full");
   EXPECT_EQ(ServeUntilEnd(), 2);
