@@ -22,7 +22,7 @@ Bus::Bus(const std::string& name, const std::string& address, const std::string&
                    "; stop it, or give this one another name");
   }
   if (result < 0) {
-    throw BusError(std::string("cannot join the bus: ") + vorx_last_error(nullptr));
+    throw BusError(vorx_last_error(nullptr));
   }
   handle_.reset(handle);
 }

@@ -85,7 +85,10 @@ void AddOptions(CLI::App& app, Options& options, int& timeout) {
   app.set_version_flag("--version", "cfm-agent " CFM_AGENT_VERSION, "print the version, and exit");
   app.add_option("-c,--config", options.config, "configuration file")
       ->required()
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(CLI::Validator(
+          [](const std::string& name) { return name.empty() ? "names no file" : std::string(); },
+          ""));
   app.add_option("-b,--bus", options.bus,
                  "address of the bus; otherwise VORX_BUS_ADDRESS or DBUS_SESSION_BUS_ADDRESS")
       ->type_name("ADDRESS");

@@ -165,7 +165,7 @@ TEST_F(AgentTest, NeedsABus) {
   WriteConfig(Domain("first"));
   StartAgent({"--bus", "unix:path=" + directory_.File("nowhere")});
   EXPECT_EQ(agent_.Wait(), 3);
-  EXPECT_TRUE(Complains("cannot join the bus"));
+  EXPECT_THAT(Errors(), ::testing::StartsWith("cannot join the bus at 'unix:path="));
 }
 
 TEST_F(AgentTest, NeedsANameOfItsOwn) {
@@ -292,6 +292,13 @@ TEST_F(CommandLine, NeedsAConfigurationFile) {
   cfm_test::ChildProcess agent({CFM_AGENT}, directory_.File("out"), directory_.File("err"));
   EXPECT_EQ(agent.Wait(), 2);
   EXPECT_TRUE(Complains("--config is required"));
+}
+
+TEST_F(CommandLine, NeedsTheNameOfAConfigurationFile) {
+  cfm_test::ChildProcess agent({CFM_AGENT, "--config", "", "--check"}, directory_.File("out"),
+                               directory_.File("err"));
+  EXPECT_EQ(agent.Wait(), 2);
+  EXPECT_TRUE(Complains("--config: names no file"));
 }
 
 TEST_F(CommandLine, TellsItsVersionWhateverElseIsAsked) {
