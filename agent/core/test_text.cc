@@ -150,10 +150,15 @@ std::string EndText(const TestResult& result, const Style& style) {
   if (findings.delay) {
     return ", " + DelayText(*findings.delay, style);
   }
-  if (result.end.test.kind == TestKind::Linktrace && result.end.reason == EndReason::Complete) {
+  const bool linktrace = result.end.test.kind == TestKind::Linktrace;
+  if ((linktrace && result.end.reason == EndReason::Complete) || result.end.test.replies > 0) {
     return ", " + Count(result.end.test.replies, "reply", "replies");
   }
-  return result.stopped ? ", the agent stopped before its end" : "";
+  return "";
+}
+
+std::string ReasonText(const TestResult& result) {
+  return result.stopped ? "the agent stopped before its end" : Describe(result.end);
 }
 
 }  // namespace
@@ -171,7 +176,7 @@ Lines TextOf(const TestResult& result, const Style& style) {
   Append(lines, StatisticsLines(findings, style));
   const bool complete = result.end.reason == EndReason::Complete;
   lines.push_back(Describe(test) + ": " +
-                  Paint(Describe(result.end), complete ? Tone::Good : Tone::Bad, style) +
+                  Paint(ReasonText(result), complete ? Tone::Good : Tone::Bad, style) +
                   EndText(result, style));
   return lines;
 }

@@ -114,8 +114,7 @@ TEST_F(Commands, AStopIsAFailureOfTheTestThatRuns) {
   ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
   agent_.Signal(SIGTERM);
   EXPECT_EQ(ServeUntilEnd(), 7);
-  EXPECT_EQ(Output(),
-            "loopback 1 from MEP d a 1 to 9: server lost, the agent stopped before its end\n");
+  EXPECT_EQ(Output(), "loopback 1 from MEP d a 1 to 9: the agent stopped before its end\n");
   EXPECT_TRUE(Complains("stopped; 1 command not run\n"));
 }
 
@@ -308,8 +307,7 @@ TEST_F(PipedCommands, FailWhenStoppedDuringATest) {
   ASSERT_TRUE(ServeUntilAsked(CFM_MGR_C2S_SIG_LB_TRIGGER));
   agent_.Signal(SIGINT);
   EXPECT_EQ(ServeUntilEnd(), 7);
-  EXPECT_EQ(Output(),
-            "loopback 1 from MEP d a 1 to 9: server lost, the agent stopped before its end\n");
+  EXPECT_EQ(Output(), "loopback 1 from MEP d a 1 to 9: the agent stopped before its end\n");
 }
 
 TEST_F(PipedCommands, GoOnAfterABadOneAndFailInTheEnd) {

@@ -136,8 +136,7 @@ TEST(TextRenderer, SaysWhyATestEndedEarly) {
             loopback + "refused with error code 4 (the address of the remote endpoint is unknown)");
   EXPECT_EQ(line(EndReason::Refused, 70, false), loopback + "refused with error code 70");
   EXPECT_EQ(line(EndReason::EndpointRemoved, 0, false), loopback + "endpoint removed");
-  EXPECT_EQ(line(EndReason::ServerLost, 0, true),
-            loopback + "server lost, the agent stopped before its end");
+  EXPECT_EQ(line(EndReason::ServerLost, 0, true), loopback + "the agent stopped before its end");
 }
 
 TEST(TextRenderer, NeverTellsByColourAlone) {
