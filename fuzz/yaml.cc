@@ -20,6 +20,13 @@ void Check(std::string_view text) {
   Require(result.config.has_value() == result.mistakes.empty(),
           "a text is either accepted or has mistakes");
   RequireRightMistakes(result.mistakes, text);
+  Require(result.config || result.warnings.empty(), "only a text that is accepted has warnings");
+  cfm_agent::Mistakes warnings;
+  for (const cfm_agent::Warning& warning : result.warnings) {
+    Require(!warning.about.empty(), "a warning says what it is about");
+    warnings.push_back(warning.found);
+  }
+  RequireRightMistakes(warnings, text);
   if (result.config) {
     RequireRightConfig(*result.config);
     Require(!Summary(CountsOf(*result.config)).empty(), "a configuration has a summary");

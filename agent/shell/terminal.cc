@@ -83,7 +83,8 @@ void Terminal::SetUpEditor() {
   for (const char* key : {"^V", "^[x", "^[X"}) {
     el_set(editor, EL_BIND, key, "ed-unassigned", nullptr);
   }
-  // Earlier lines with what is typed in them; the search that goes on with every key reads keys.
+  // Earlier lines with what is typed in them. The search that goes on with every key would read the
+  // keys itself, and keep the agent from everything else meanwhile.
   el_set(editor, EL_BIND, "^R", "ed-search-prev-history", nullptr);
   el_source(editor, nullptr);
   el_set(editor, EL_BIND, "^C", "clear-or-end", nullptr);
