@@ -94,9 +94,39 @@ void CheckLbm(const Loopback& lbm, OctetView octets) {
   Require(BringsBack(lbr, octets), "an LBR brings back its LBM");
 }
 
-void Check(const Ltm& ltm, OctetView /*octets*/) {
+// TLVs of the types that no bridge replaces in an LTM, one after the other.
+std::vector<std::uint8_t> TlvsThatStay(OctetView pdu) {
+  std::vector<std::uint8_t> stay;
+  OctetView rest = pdu.After(kHeaderSize + pdu[3]);
+  while (rest[0] != 0) {
+    const std::size_t size = 3 + ((std::size_t{rest[1]} << 8U) | rest[2]);
+    if (rest[0] != 1 && rest[0] != 7) stay.insert(stay.end(), rest.begin(), rest.begin() + size);
+    rest = rest.After(size);
+  }
+  return stay;
+}
+
+void CheckForwarding(Ltm ltm, OctetView octets) {
+  ltm.ttl = static_cast<std::uint8_t>(ltm.ttl - 1);
+  ltm.egress_id = {9, 8, 7, 6, 5, 4, 3, 2};
+  for (const bool tells : {true, false}) {
+    if (!tells) ltm.sender_id.reset();
+    const auto forwarded = ForwardLtm(octets, ltm);
+    RequireSurvives(ltm, forwarded, DecodeLtm, "forwarded LTM");
+    Require(TlvsThatStay(octets) == TlvsThatStay(forwarded),
+            "a forwarded LTM keeps the TLVs that are not the forwarder's");
+    const std::size_t fixed_size = kHeaderSize + octets[3];
+    std::vector<std::uint8_t> fixed(octets.begin(), octets.begin() + fixed_size);
+    fixed[8] = ltm.ttl;
+    Require(OctetView(forwarded).First(fixed_size) == OctetView(fixed),
+            "a forwarded LTM keeps its fixed fields, but for the TTL");
+  }
+}
+
+void Check(const Ltm& ltm, OctetView octets) {
   Require(!IsGroup(ltm.original) && !IsGroup(ltm.target), "an accepted LTM has plain addresses");
   RequireSurvives(ltm, Encode(ltm), DecodeLtm, "LTM");
+  CheckForwarding(ltm, octets);
 }
 
 // Version 0 has no names for the codes of later versions.

@@ -63,6 +63,7 @@ LinktraceAnswer Responder::Begin() const {
   answer.ltr.transaction_id = ltm_.transaction_id;
   answer.ltr.ttl = static_cast<std::uint8_t>(ltm_.ttl - 1);
   answer.ltr.last_egress = ltm_.egress_id;
+  answer.ltr.sender_id = arrival_.sender_id;
   return answer;
 }
 
@@ -95,7 +96,7 @@ void Responder::Forward(LinktraceAnswer& answer, PortId port, const PortInfo& in
   ForwardedLtm forwarded{port, info.mac, ltm_};
   forwarded.ltm.ttl = answer.ltr.ttl;
   forwarded.ltm.egress_id = EgressIdentifierOf(info.mac);
-  forwarded.ltm.sender_id.reset();
+  forwarded.ltm.sender_id = arrival_.sender_id;
   answer.ltr.forwarded = true;
   answer.ltr.next_egress = forwarded.ltm.egress_id;
   answer.forwarded = forwarded;

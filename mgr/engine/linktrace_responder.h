@@ -46,9 +46,13 @@ struct LtmArrival {
   Side side = Side::Wire;  ///< From which it came: from the wire a Down MP took it.
   bool mep = false;        ///< By a MEP rather than by an MHF.
   std::uint16_t vid = 0;
+  std::optional<pdu::SenderId> sender_id{};  ///< How the MP names its bridge, if it may.
 };
 
-/** An LTM that goes on to the wire of another port, or of the one whose Up MHF took it. */
+/**
+ * An LTM that goes on to the wire of another port, or of the one whose Up MHF took it. Its TTL,
+ * egress identifier and sender ID are new; pdu::ForwardLtm() puts them into what came.
+ */
 struct ForwardedLtm {
   PortId port = 0;
   Mac source{};
@@ -72,7 +76,7 @@ struct LinktraceAnswer {
  *
  * An LTM goes on when it was taken by an MHF, has a TTL above 1, has not hit, would leave through
  * ports that are up, unblocked and in the VLAN, and meets no MEP that ends its level. It goes on
- * with our egress identifier and without the TLVs that this program does not know.
+ * with our egress identifier and with the sender ID of the MP that took it.
  */
 std::optional<LinktraceAnswer> AnswerLtm(LinktraceBridge& bridge, const LtmArrival& arrival,
                                          const pdu::Ltm& ltm);

@@ -94,16 +94,15 @@ bool Responders::TakeLtm(Time now, const AnsweringMp& mp, const Frame& frame) {
     return true;
   }
   Bridge bridge(now, *this);
-  const LtmArrival arrival{mp.port, mp.side, mp.mep, ServiceOf(frame).vid};
-  std::optional<LinktraceAnswer> answer = AnswerLtm(bridge, arrival, *ltm);
+  const LtmArrival arrival{mp.port, mp.side, mp.mep, ServiceOf(frame).vid, mp.sender_id};
+  const std::optional<LinktraceAnswer> answer = AnswerLtm(bridge, arrival, *ltm);
   if (!answer) return true;
-  answer->ltr.sender_id = mp.sender_id;
   queue_.Send(now, mp.port, mp.side, {ltm->original, mp.mac, frame.tags, pdu::Encode(answer->ltr)});
   if (answer->forwarded) {
     const ForwardedLtm& forwarded = *answer->forwarded;
-    context_.surroundings.Transmit(
-        forwarded.port, Side::Wire,
-        {LtmGroupAddress(mp.level), forwarded.source, frame.tags, pdu::Encode(forwarded.ltm)});
+    context_.surroundings.Transmit(forwarded.port, Side::Wire,
+                                   {LtmGroupAddress(mp.level), forwarded.source, frame.tags,
+                                    pdu::ForwardLtm(frame.pdu, forwarded.ltm)});
   }
   return true;
 }

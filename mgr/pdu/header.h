@@ -33,6 +33,8 @@ enum class Opcode : std::uint8_t {
 };
 
 inline constexpr std::size_t kHeaderSize = 4;
+/** Where a PDU has its First TLV Offset. */
+inline constexpr std::size_t kFirstTlvOffsetAt = 3;
 /** The most octets that one frame carries, jumbo frames included. */
 inline constexpr std::size_t kMaxPduSize = 9600;
 inline constexpr std::uint8_t kMaxLevel = 7;

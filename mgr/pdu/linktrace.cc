@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "pdu/linktrace.h"
 
+#include <algorithm>
+
 namespace cfm_mgr::pdu {
 namespace {
 
 constexpr std::uint8_t kLtmFixedSize = 17;
 constexpr std::uint8_t kLtrFixedSize = 6;
+constexpr std::size_t kLtmTtlAt = kHeaderSize + 4;
 
 constexpr unsigned kUseFdbOnlyFlag = 0x80;
 constexpr unsigned kForwardedFlag = 0x40;
@@ -61,6 +64,13 @@ void EncodeReplyPort(Writer& writer, TlvType type, const ReplyPortTlv& port) {
     fields.Octets(port.port_id);
   }
   EncodeTlv(writer, type, value);
+}
+
+/** An egress identifier in place of another; what a later version has behind it stays. */
+void EncodeNewEgress(Writer& writer, OctetView received, const EgressIdentifier& egress) {
+  std::vector<std::uint8_t> value(received.begin(), received.end());
+  std::copy(egress.begin(), egress.end(), value.begin());
+  EncodeTlv(writer, TlvType::LtmEgressIdentifier, value);
 }
 
 std::uint8_t LtrFlags(const Ltr& ltr) {
@@ -140,6 +150,26 @@ std::vector<std::uint8_t> Encode(const Ltm& ltm) {
   writer.Octets(ltm.target);
   EncodeTlv(writer, TlvType::LtmEgressIdentifier, ltm.egress_id);
   if (ltm.sender_id) Encode(writer, *ltm.sender_id);
+  EncodeEndTlv(writer);
+  return pdu;
+}
+
+std::vector<std::uint8_t> ForwardLtm(OctetView received, const Ltm& ltm) {
+  const std::size_t fixed_size = kHeaderSize + received[kFirstTlvOffsetAt];
+  std::vector<std::uint8_t> pdu(received.begin(), received.First(fixed_size).end());
+  pdu[kLtmTtlAt] = ltm.ttl;
+  Writer writer(pdu);
+  Reader reader(received.After(fixed_size));
+  for (Tlv tlv = ReadTlv(reader); tlv.type != static_cast<std::uint8_t>(TlvType::End);
+       tlv = ReadTlv(reader)) {
+    const auto type = static_cast<TlvType>(tlv.type);
+    if (type == TlvType::LtmEgressIdentifier) {
+      EncodeNewEgress(writer, tlv.value, ltm.egress_id);
+      if (ltm.sender_id) Encode(writer, *ltm.sender_id);
+    } else if (type != TlvType::SenderId) {
+      EncodeTlv(writer, type, tlv.value);
+    }
+  }
   EncodeEndTlv(writer);
   return pdu;
 }

@@ -70,6 +70,15 @@ Decoded<Ltr> DecodeLtr(OctetView pdu);
 /** Version 0, TLVs in the order egress identifier, sender ID. */
 std::vector<std::uint8_t> Encode(const Ltm& ltm);
 
+/**
+ * An LTM as it goes on: the octets that came, with the TTL, egress identifier and sender ID of
+ * @p ltm. All else stays as it came and where it was: version, flags, fields and TLVs of any type.
+ * The sender ID follows the egress identifier; padding is left out.
+ *
+ * @param received An LTM that DecodeLtm() accepts.
+ */
+std::vector<std::uint8_t> ForwardLtm(OctetView received, const Ltm& ltm);
+
 /** Version 0, TLVs in the order egress identifier, reply ingress, reply egress, sender ID. */
 std::vector<std::uint8_t> Encode(const Ltr& ltr);
 

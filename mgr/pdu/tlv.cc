@@ -11,16 +11,21 @@ bool TlvSet::Add(std::uint8_t type, OctetView value) {
   return true;
 }
 
+Tlv ReadTlv(Reader& reader) {
+  Tlv tlv;
+  tlv.type = reader.U8();
+  if (tlv.type != static_cast<std::uint8_t>(TlvType::End)) tlv.value = reader.Take(reader.U16());
+  return tlv;
+}
+
 Decoded<TlvSet> DecodeTlvs(OctetView tlvs) {
   TlvSet set;
   Reader reader(tlvs);
   while (!reader.rest().empty()) {
-    const std::uint8_t type = reader.U8();
-    if (type == static_cast<std::uint8_t>(TlvType::End)) return set;
-    const std::uint16_t length = reader.U16();
-    const OctetView value = reader.Take(length);
+    const Tlv tlv = ReadTlv(reader);
     if (!reader.ok()) return Fault::Truncated;
-    if (!set.Add(type, value)) return Fault::DuplicateTlv;
+    if (tlv.type == static_cast<std::uint8_t>(TlvType::End)) return set;
+    if (!set.Add(tlv.type, tlv.value)) return Fault::DuplicateTlv;
   }
   return Fault::NoEndTlv;
 }

@@ -51,6 +51,15 @@ class TlvSet {
   std::array<Entry, 9> entries_;
 };
 
+/** One TLV; an End TLV has no value. */
+struct Tlv {
+  std::uint8_t type = 0;
+  OctetView value;
+};
+
+/** The next TLV. Look at the reader's ok() whether it is whole. */
+Tlv ReadTlv(Reader& reader);
+
 /** Walks the TLVs from the first one to the End TLV, which has to be there. */
 Decoded<TlvSet> DecodeTlvs(OctetView tlvs);
 

@@ -59,6 +59,25 @@ TEST_F(LinktracePath, ChainsTheEgressIdentifiers) {
   EXPECT_EQ(pdu::EgressIdentifier{}, replies[2].next_egress);
 }
 
+TEST_F(LinktracePath, PassesOnTlvsThatAreNotKnown) {
+  Build(4, Ends::Down);
+  Trace();
+  Frame ltm = SentBy(line_->First(), Opcode::Ltm).at(0).frame;
+  const std::vector<std::uint8_t> tlvs = {31,  0, 4, 0,   0, 0x5e, 9,  // of an organisation
+                                          200, 0, 1, 0xaa};            // of a type without meaning
+  ltm.pdu.insert(ltm.pdu.end() - 1, tlvs.begin(), tlvs.end());
+  line_->network.SendOverLink(line_->First(), kRight, ltm);
+  line_->network.Run(seconds(2));
+  for (const std::size_t i : {1U, 2U}) {
+    const auto sent = SentBy(line_->At(i), Opcode::Ltm);
+    ASSERT_THAT(sent, SizeIs(2));
+    const std::vector<std::uint8_t>& pdu = sent[1].frame.pdu;
+    EXPECT_EQ(sent[0].frame.pdu.size() + tlvs.size(), pdu.size());
+    EXPECT_TRUE(std::equal(tlvs.begin(), tlvs.end(), pdu.end() - 1 - tlvs.size())) << i;
+    EXPECT_EQ(64 - i, pdu::DecodeLtm(pdu)->ttl);
+  }
+}
+
 TEST_F(LinktracePath, TellsHowTheReplyCame) {
   Build(2, Ends::Down);
   const auto replies = Trace();

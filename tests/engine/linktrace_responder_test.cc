@@ -141,6 +141,7 @@ TEST_F(LinktraceResponderTest, ForwardsTheLtmWithOneHopLessAndItsOwnName) {
   EXPECT_EQ(kOriginal, answer.forwarded->ltm.original);
   EXPECT_EQ(kTarget, answer.forwarded->ltm.target);
   EXPECT_TRUE(answer.forwarded->ltm.use_fdb_only);
+  EXPECT_FALSE(answer.forwarded->ltm.sender_id) << "it may not tell";
 }
 
 TEST_F(LinktraceResponderTest, LeavesOutAnEgressPortWithoutMp) {

@@ -117,8 +117,14 @@ TEST_F(LinktraceRun, TellsTheSenderWhereTheAssociationsAllowIt) {
     ASSERT_TRUE(ltr && ltr->sender_id);
     EXPECT_EQ(pdu::OctetView(sent[0].frame.source), ltr->sender_id->chassis_id);
   }
-  const auto ltms = SentBy(line_->First(), Opcode::Ltm);
-  EXPECT_TRUE(pdu::DecodeLtm(ltms.at(0).frame.pdu)->sender_id);
+  for (const std::size_t i : {0U, 1U}) {
+    const auto ltms = SentBy(line_->At(i), Opcode::Ltm);
+    ASSERT_THAT(ltms, SizeIs(1));
+    const auto ltm = pdu::DecodeLtm(ltms[0].frame.pdu);
+    ASSERT_TRUE(ltm && ltm->sender_id);
+    EXPECT_EQ(pdu::OctetView(line_->At(i).MacOf(i == 0 ? kRight : kLeft)),
+              ltm->sender_id->chassis_id);
+  }
 }
 
 }  // namespace

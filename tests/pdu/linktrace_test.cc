@@ -109,6 +109,73 @@ TEST(LtmPdu, SaysWhyItIsRefused) {
   EXPECT_EQ(Fault::Value, DecodeLtm(WithOctet(kLtm, 15, 0x01)).fault()) << "a group as target";
 }
 
+/** What a bridge between two others makes of an LTM: a hop less, its own name. */
+Ltm Altered(std::optional<SenderId> sender_id = {}) {
+  Ltm ltm;
+  ltm.ttl = 63;
+  ltm.egress_id = {0, 0, 2, 0, 0, 0, 0, 5};
+  ltm.sender_id = sender_id;
+  return ltm;
+}
+
+Octets WithTlvs(Octets pdu, const Octets& tlvs) {
+  pdu.insert(pdu.end() - 1, tlvs.begin(), tlvs.end());
+  return pdu;
+}
+
+const Octets kForwarded = WithOctet(WithOctet(kLtm, 8, 63), 31, 5);
+
+TEST(ForwardedLtm, HasOneHopLessAndAnotherEgressIdentifier) {
+  EXPECT_EQ(kForwarded, ForwardLtm(kLtm, Altered()));
+}
+
+TEST(ForwardedLtm, KeepsTlvsThatAreNotKnownAndThoseOfOrganisations) {
+  const Octets tlvs = {0x1f, 0x00, 0x05, 0x00, 0x00, 0x5e, 0x01, 0xaa,  // organisation-specific 31
+                       0x03, 0x00, 0x01, 0xbb,                          // Data 3
+                       0x1f, 0x00, 0x04, 0x00, 0x00, 0x5e, 0x02,        // another one of type 31
+                       0xc8, 0x00, 0x00};                               // type 200, empty
+  EXPECT_EQ(WithTlvs(kForwarded, tlvs), ForwardLtm(WithTlvs(kLtm, tlvs), Altered()));
+}
+
+TEST(ForwardedLtm, KeepsTheOrderOfTlvsBeforeTheEgressIdentifier) {
+  const Octets before = {0x1f, 0x00, 0x04, 0x00, 0x00, 0x5e, 0x01};
+  const auto with_before = [&](Octets pdu) {
+    pdu.insert(pdu.begin() + 21, before.begin(), before.end());
+    return pdu;
+  };
+  EXPECT_EQ(with_before(kForwarded), ForwardLtm(with_before(kLtm), Altered()));
+}
+
+TEST(ForwardedLtm, HasTheSenderIdOfTheForwarderInsteadOfThatOfTheSender) {
+  const Octets theirs = {0x01, 0x00, 0x04, 0x02, 0x07, 'a', '1'};  // Sender ID 1, chassis ID "a1"
+  const Octets ours = {0x01, 0x00, 0x04, 0x02, 0x07, 'b', '2'};
+  const SenderId sender{7, OctetsOf("b2"), {}, {}, {}};
+  EXPECT_EQ(WithTlvs(kForwarded, ours), ForwardLtm(WithTlvs(kLtm, theirs), Altered(sender)));
+  EXPECT_EQ(WithTlvs(kForwarded, ours), ForwardLtm(kLtm, Altered(sender)));
+  EXPECT_EQ(kForwarded, ForwardLtm(WithTlvs(kLtm, theirs), Altered()));
+}
+
+TEST(ForwardedLtm, KeepsVersionReservedFlagsAndFieldsOfALaterVersion) {
+  // Two more octets of fixed fields, an egress identifier of ten.
+  const auto of_later_version = [](Octets pdu) {
+    pdu[0] |= 1;
+    pdu[2] = 0xff;
+    pdu[3] = 19;
+    pdu[23] = 10;
+    pdu.insert(pdu.end() - 1, {0xdd, 0xee});
+    pdu.insert(pdu.begin() + 21, {0xcc, 0xcd});
+    return pdu;
+  };
+  ASSERT_TRUE(DecodeLtm(of_later_version(kLtm)));
+  EXPECT_EQ(of_later_version(kForwarded), ForwardLtm(of_later_version(kLtm), Altered()));
+}
+
+TEST(ForwardedLtm, LeavesThePaddingOut) {
+  Octets padded = kLtm;
+  padded.resize(60, 0xff);
+  EXPECT_EQ(kForwarded, ForwardLtm(padded, Altered()));
+}
+
 TEST(LtrPdu, IsEncodedAsInItsTable) { EXPECT_EQ(kLtr, Encode(SampleLtr())); }
 
 TEST(LtrPdu, IsDecoded) {
