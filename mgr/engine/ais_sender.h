@@ -5,7 +5,7 @@
 #include <functional>
 #include <utility>
 
-#include "engine/timer_queue.h"
+#include "engine/context.h"
 
 namespace cfm_mgr::engine {
 
@@ -13,8 +13,10 @@ namespace cfm_mgr::engine {
 class AisSender {
  public:
   /** @param send Called for each time. */
-  AisSender(TimerQueue& timers, std::function<void(Time now)> send)
-      : timer_(timers, [this](Time now) { Send(now); }), send_(std::move(send)) {}
+  AisSender(Context& context, std::function<void(Time now)> send)
+      : context_(context),
+        timer_(context.timers, [this](Time now) { Send(now); }),
+        send_(std::move(send)) {}
 
   /** @param needed Whether there is a reason now. */
   void Update(Time now, bool needed, Time period) {
@@ -28,10 +30,11 @@ class AisSender {
 
  private:
   void Send(Time now) {
-    timer_.Arm(now + period_);
+    timer_.Arm(context_.surroundings.TimeOfSending(now) + period_);
     send_(now);
   }
 
+  Context& context_;
   Timer timer_;
   std::function<void(Time now)> send_;
   Time period_{};

@@ -38,7 +38,7 @@ void CcmSender::Send(Time now) {
   if (++sequence_ == 0) sequence_ = 1;
   pdu::PatchU32(frame_.pdu, pdu::kCcmSequenceAt, sequence_);
   ++sent_;
-  Schedule(now);
+  Schedule(context_.surroundings.TimeOfSending(now));
   context_.surroundings.Transmit(port_, side_, frame_);
 }
 

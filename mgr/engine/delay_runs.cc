@@ -33,7 +33,7 @@ std::optional<DelayResult> DelayRuns::Cancel(std::uint64_t run) {
 }
 
 bool DelayRuns::Step(Time now, Run& run) {
-  while (auto dmm = run.initiator.TakeDue(now, clock_)) {
+  while (auto dmm = run.initiator.TakeDue(context_.surroundings.TimeOfSending(now), clock_)) {
     run.mep->Transmit(run.mep->MakeFrame(run.initiator.target(), std::move(*dmm), run.pcp));
   }
   if (!run.initiator.Ended(now)) return true;

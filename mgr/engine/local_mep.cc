@@ -39,7 +39,7 @@ LocalMep::LocalMep(Context& context, MepSettings settings)
             context_.notifications.OnFaultAlarm(settings_.key, priority);
           },
           [this](Time now) { Reevaluate(now); }),
-      ais_sender_(context.timers, [this](Time now) { SendAis(now); }) {
+      ais_sender_(context, [this](Time now) { SendAis(now); }) {
   status_.interface_status = kInterfaceNotPresent;
   for (const std::uint16_t mep_id : settings_.remotes) AddRemote(mep_id);
 }

@@ -99,7 +99,7 @@ StartedTest OnDemandTests::StartDelayMeasurement(Time now, const DelayRequest& r
 }
 
 bool OnDemandTests::Step(Time now, Loopback& test) {
-  while (auto lbm = test.initiator.TakeDue(now)) {
+  while (auto lbm = test.initiator.TakeDue(context_.surroundings.TimeOfSending(now))) {
     test.mep->Transmit(test.mep->MakeFrame(test.initiator.target(), std::move(*lbm),
                                            test.mep->settings().priority));
   }

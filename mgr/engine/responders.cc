@@ -80,9 +80,10 @@ bool Responders::TakeDmm(Time now, const AnsweringMp& mp, const Frame& frame) {
   }
   if (pdu::IsGroup(frame.source)) return true;
   const pdu::Timestamp arrival = ToTimestamp(ArrivalOf(now, frame));
+  const pdu::Timestamp departure = ToTimestamp(context_.surroundings.TimeOfSending(now));
   context_.surroundings.Transmit(
       mp.port, mp.side,
-      {frame.source, mp.mac, frame.tags, pdu::DmrTo(frame.pdu, arrival, ToTimestamp(now))});
+      {frame.source, mp.mac, frame.tags, pdu::DmrTo(frame.pdu, arrival, departure)});
   return true;
 }
 

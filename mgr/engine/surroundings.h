@@ -29,7 +29,7 @@ struct EgressPorts {
 };
 
 /**
- * Where an engine's frames go. Both functions may be called from any member of the engine that
+ * Where an engine's frames go. These functions may be called from any member of the engine that
  * takes a time, and must not call back into it: a simulated network queues what it is given.
  */
 class Surroundings {
@@ -47,6 +47,12 @@ class Surroundings {
    * When that is 0 the port of entry is not known, and `flooded` has all ports of the VLAN.
    */
   virtual EgressPorts FindEgress(PortId ingress, std::uint16_t vid, const Mac& destination) = 0;
+
+  /**
+   * When a frame that is transmitted now leaves, by the engine's clock: at @p now, to which the
+   * owner has brought the engine, or later, while the owner catches up with what has come in.
+   */
+  virtual Time TimeOfSending(Time now) { return now; }
 };
 
 }  // namespace cfm_mgr::engine

@@ -213,6 +213,27 @@ TEST_F(CcmSending, MakesNoBurstWhenItsOwnerWasBusy) {
   EXPECT_GT(next, network_.now() + milliseconds(95));
 }
 
+TEST_F(CcmSending, MakesNoBurstWhileItsOwnerCatchesUp) {
+  bridge_.SetPort(1);
+  Association association = WithMep(SampleAssociation(), 1, SampleMep());
+  association.settings.ccm_interval = 2;
+  Configure(association);
+  network_.Run(milliseconds(100));
+  const Time last = bridge_.sent.back().time;
+  bridge_.sent.clear();
+  // The owner goes from frame to frame that has come in while it was held up for 95 ms.
+  const Time present = network_.now() + milliseconds(95);
+  for (const int at : {20, 40, 60, 80, 95}) {
+    const Time now = network_.now() + milliseconds(at);
+    bridge_.behind = present - now;
+    bridge_.engine().Advance(now);
+  }
+  EXPECT_EQ(1U, bridge_.sent.size());
+  const Time next = *bridge_.engine().NextDeadline();
+  EXPECT_EQ(Time{}, (next - last) % milliseconds(10)) << "the phase is kept";
+  EXPECT_GT(next, present);
+}
+
 TEST_F(CcmSending, SpreadsMepsThatStartTogether) {
   constexpr std::uint32_t kMeps = 100;
   std::set<Time> moments;

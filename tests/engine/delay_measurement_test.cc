@@ -127,6 +127,43 @@ TEST_F(DelayMeasurementTest, TrustsTheTimeOfArrivalThatAFrameCarries) {
   EXPECT_EQ(milliseconds(17 - 4), Result().delay.min);
 }
 
+TEST_F(DelayMeasurementTest, StampsWhatItsOwnerSendsLaterWithTheTimeOfSending) {
+  line_.First().behind = milliseconds(30);
+  line_.Last().behind = milliseconds(4);
+  Start(line_.Delay(7, 1));
+  const Time start = line_.network.now();
+  line_.network.Run(Time{});
+  const auto dmm = pdu::DecodeDmm(SentBy(line_.First(), Opcode::Dmm).at(0).frame.pdu);
+  EXPECT_EQ(ToTimestamp(start + milliseconds(30)), dmm->tx_f);
+  Frame frame = SentBy(line_.Last(), Opcode::Dmr).at(0).frame;
+  const auto dmr = pdu::DecodeDmr(frame.pdu);
+  EXPECT_EQ(ToTimestamp(start), dmr->rx_f);
+  EXPECT_EQ(ToTimestamp(start + milliseconds(4)), dmr->tx_b);
+}
+
+TEST_F(DelayMeasurementTest, MeasuresFromTheTimeOfSending) {
+  line_.First().behind = milliseconds(30);
+  SetDelays({milliseconds(40)}, {milliseconds(1)});
+  Start(line_.Delay(7, 3));
+  line_.network.Run(seconds(6));
+  EXPECT_EQ(3U, Result().received);
+  EXPECT_EQ(milliseconds(40 + 1 - 30), Result().delay.max) << "30 ms passed before the DMM left";
+}
+
+TEST_F(DelayMeasurementTest, MakesNoBurstWhileItsOwnerCatchesUp) {
+  line_.First().behind = milliseconds(350);
+  const Time start = line_.network.now();
+  Start(line_.Delay(7, 10));
+  line_.network.Run(milliseconds(350));
+  EXPECT_THAT(SentBy(line_.First(), Opcode::Dmm), SizeIs(1))
+      << "what was missed is not made up for";
+  line_.First().behind = {};
+  line_.network.Run(milliseconds(100));
+  const auto dmms = SentBy(line_.First(), Opcode::Dmm);
+  ASSERT_THAT(dmms, SizeIs(2));
+  EXPECT_EQ(start + milliseconds(450), dmms[1].time);
+}
+
 TEST_F(DelayMeasurementTest, CountsLossAndRejectsWhatComesTwice) {
   int replies = 0;
   line_.network.SetLinkRule([&replies](const Frame& frame) -> std::optional<Time> {

@@ -56,6 +56,8 @@ class Bridge : public Surroundings, public Notifications {
   std::vector<std::pair<MepKey, std::uint32_t>> remote_changes;
   RecordedTests tests;
   RelayTable relay;
+  /** How long after its engine's time frames leave, as while an owner is behind. */
+  Time behind{};
 
   /** A frame that comes in by a port. */
   Verdict Receive(PortId port, Side from, const Frame& frame);
@@ -63,6 +65,7 @@ class Bridge : public Surroundings, public Notifications {
   // As its engine calls it.
   void Transmit(PortId port, Side side, const Frame& frame) override;
   EgressPorts FindEgress(PortId ingress, std::uint16_t vid, const Mac& destination) override;
+  Time TimeOfSending(Time now) override { return now + behind; }
   void OnLocalMepChanged(const MepKey& mep) override;
   void OnRemoteMepChanged(const MepKey& mep, std::uint32_t remote_mep_id) override;
   void OnFaultAlarm(const MepKey& mep, std::uint32_t defect_priority) override;

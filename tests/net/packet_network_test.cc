@@ -98,6 +98,29 @@ TEST_F(PacketNetworkTest, MeasuresADelayThatIsNotNegativeAndSmall) {
   EXPECT_LT(result.delay.min, milliseconds(20));
 }
 
+TEST_F(PacketNetworkTest, StampsADmmThatWasDueWhileItWasHeldUpWhenItSendsIt) {
+  Node near({"v0"});
+  Node far({"v1"});
+  near.AddMep(1, "v0", kDown, kTenMilliseconds);
+  far.AddMep(2, "v1", kDown, kTenMilliseconds);
+  const std::vector<Node*> both = {&near, &far};
+  ASSERT_TRUE(RunUntil(both, [&] { return near.StateOf(1, 2) == kOk; }));
+  engine::DelayRequest request;
+  request.mep = SampleMep(1);
+  request.remote_mep_id = 2;
+  request.count = 2;
+  request.interval_ms = 50;
+  const Time now = MonotonicNow();
+  near.network.Advance(now);
+  ASSERT_FALSE(near.network.engine().StartDelayMeasurement(now, request).error);
+  // CCMs come in meanwhile, so that there are moments to catch up with.
+  ASSERT_TRUE(RunFor({&far}, milliseconds(400)));
+  ASSERT_TRUE(RunUntil(both, [&] { return !near.notifications.delay_results.empty(); }));
+  const auto& result = near.notifications.delay_results[0];
+  EXPECT_EQ(result.received, 2U);
+  EXPECT_LT(result.delay.max, milliseconds(200));
+}
+
 TEST_F(PacketNetworkTest, UsesInterfacesThatAppearAndForgetsThoseThatGo) {
   Node near({"w0"});
   EXPECT_EQ(near.network.CountersOf(IndexOf("v0")), std::nullopt);

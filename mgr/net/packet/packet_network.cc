@@ -43,8 +43,10 @@ void Control(int epoll, int operation, int descriptor, std::uint32_t events, std
   if (epoll_ctl(epoll, operation, descriptor, &event) != 0) ThrowErrno("cannot watch a socket");
 }
 
-bool IsDelayMessage(const engine::Frame& frame) {
-  return frame.pdu[1] == static_cast<std::uint8_t>(pdu::Opcode::Dmm);
+/** Whether a frame tells when it was sent. */
+bool IsStamped(const engine::Frame& frame) {
+  const auto opcode = static_cast<pdu::Opcode>(frame.pdu[1]);
+  return opcode == pdu::Opcode::Dmm || opcode == pdu::Opcode::Dmr;
 }
 
 }  // namespace
@@ -148,23 +150,16 @@ void PacketNetwork::ReceiveAll() {
 }
 
 // Frames count at the time when the kernel took them in, so that a process that was held up takes
-// no remote endpoint for lost whose CCMs came in time. Only what is asked how long it takes to
-// answer is told the true time.
+// no remote endpoint for lost whose CCMs came in time.
 void PacketNetwork::RunUntil(engine::Time now) {
-  std::vector<ReceivedFrame> timed;
   while (!received_.empty() && received_.front().at <= now) {
     ReceivedFrame received = std::move(received_.front());
     received_.pop_front();
     received.frame.received = received.at;
-    if (IsDelayMessage(received.frame)) {
-      timed.push_back(std::move(received));
-    } else {
-      RunEngine(std::max(received.at, now_));
-      TakeFrame(received);
-    }
+    RunEngine(std::max(received.at, now_));
+    TakeFrame(received);
   }
   RunEngine(now);
-  for (const ReceivedFrame& received : timed) TakeFrame(received);
 }
 
 void PacketNetwork::RunEngine(engine::Time now) {
@@ -193,7 +188,15 @@ void PacketNetwork::Transmit(engine::PortId port, engine::Side side, const engin
   const auto found = ports_.find(port);
   if (found == ports_.end() || !found->second.socket) return;
   found->second.socket->Send(frame);
-  unflushed_.insert(port);
+  if (IsStamped(frame)) {
+    Flush(found->second);
+  } else {
+    unflushed_.insert(port);
+  }
+}
+
+engine::Time PacketNetwork::TimeOfSending(engine::Time now) {
+  return std::max(now, MonotonicNow());
 }
 
 engine::EgressPorts PacketNetwork::FindEgress(engine::PortId ingress, std::uint16_t vid,
@@ -235,10 +238,11 @@ void PacketNetwork::RelayOwnFrames() {
 void PacketNetwork::Flush() {
   for (const engine::PortId index : std::exchange(unflushed_, {})) {
     const auto port = ports_.find(index);
-    if (port == ports_.end() || !port->second.socket) continue;
-    Watch(port->second, !port->second.socket->Flush());
+    if (port != ports_.end() && port->second.socket) Flush(port->second);
   }
 }
+
+void PacketNetwork::Flush(Port& port) { Watch(port, !port.socket->Flush()); }
 
 void PacketNetwork::Watch(Port& port, bool for_room) {
   if (port.awaits_room == for_room) return;

@@ -71,6 +71,7 @@ class PacketNetwork : public Network, private engine::Surroundings {
   void Transmit(engine::PortId port, engine::Side side, const engine::Frame& frame) override;
   engine::EgressPorts FindEgress(engine::PortId ingress, std::uint16_t vid,
                                  const engine::Mac& destination) override;
+  engine::Time TimeOfSending(engine::Time now) override;
 
   bool IsUsed(const LinkState& link) const;
   void TakeLinks(const std::vector<LinkUpdate>& updates);
@@ -84,6 +85,7 @@ class PacketNetwork : public Network, private engine::Surroundings {
   std::vector<engine::PortId> EgressOf(engine::PortId ingress, const engine::Frame& frame);
   void RelayOwnFrames();
   void Flush();
+  void Flush(Port& port);
   void Watch(Port& port, bool for_room);
   void Log(const std::string& line) const;
 
