@@ -14,6 +14,8 @@ StoreKeeper::StoreKeeper(const std::string& path, const Logger& logger) : logger
 
 Store StoreKeeper::Load() {
   if (!file_) return {};
+  lock_.emplace(file_->path());
+  if (!lock_->fault().empty()) logger_.Write("store: " + lock_->fault());
   StoreFile::Loaded loaded = file_->Load();
   for (const std::string& message : loaded.messages) logger_.Write("store: " + message);
   // Also shows at once whether the file can be written.

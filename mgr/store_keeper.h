@@ -8,6 +8,7 @@
 #include "logger.h"
 #include "save_schedule.h"
 #include "store_file.h"
+#include "store_lock.h"
 
 namespace cfm_mgr {
 
@@ -17,7 +18,12 @@ class StoreKeeper {
   /** An empty path keeps nothing. The logger outlives this object. */
   StoreKeeper(const std::string& path, const Logger& logger);
 
-  /** The store to start with. @throws std::system_error when it cannot be kept */
+  /**
+   * Locks the file, and reads the store to start with.
+   *
+   * @throws std::runtime_error when another server has the file, std::system_error when the store
+   *     cannot be kept
+   */
   Store Load();
 
   /** The store has changed. */
@@ -37,6 +43,7 @@ class StoreKeeper {
 
   const Logger& logger_;
   std::optional<StoreFile> file_;
+  std::optional<StoreLock> lock_;
   SaveSchedule schedule_;
 };
 

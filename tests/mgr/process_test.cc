@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <net/if.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -191,6 +192,41 @@ TEST_F(ProcessTest, ASecondServerDoesNotStart) {
             "cfm-mgr: another process already runs as cfm-mgr on this bus\n");
   SendConfiguration();
   EXPECT_THAT(Size(), StartsWith("1 domain")) << "the first one serves on";
+}
+
+TEST_F(ProcessTest, AServerOnAnotherBusDoesNotStartWithItsStore) {
+  const std::string store = directory_.File("store");
+  Start({"--store", store});
+  SendConfiguration();
+  Tree();
+  // The store is replaced by another file with this.
+  EXPECT_TRUE(Eventually([&] { return ReadFile(store) == cache_; }));
+  const cfm_test::PrivateBus other;
+  const auto second = [&] {
+    return ChildProcess({CFM_MGR_PROGRAM, "--bus", other.address(), "--store", store},
+                        directory_.File("tree2"), directory_.File("log2"));
+  };
+  EXPECT_EQ(second().Wait(), 1);
+  EXPECT_THAT(ReadFile(directory_.File("log2")),
+              HasSubstr("cfm-mgr: another cfm-mgr uses the store " + store + ", as the lock on " +
+                        store + ".lock says: end that server, or give this one another file"));
+  EXPECT_EQ(ReadFile(store), cache_);
+
+  EXPECT_EQ(Stop(SIGKILL), 128 + SIGKILL);
+  ChildProcess successor = second();
+  EXPECT_TRUE(Eventually([&] {
+    return ReadFile(directory_.File("log2")).find(" serving as cfm-mgr") != std::string::npos;
+  })) << "the lock ends with its process";
+}
+
+TEST_F(ProcessTest, StartsFromAStoreThatCannotBeLockedAndSaysSo) {
+  const std::string store = directory_.File("store");
+  // No file can be opened for writing there.
+  ASSERT_EQ(mkdir((store + ".lock").c_str(), 0700), 0);
+  Start({"--store", store});
+  EXPECT_EQ(Tree(), kEmptyTree);
+  EXPECT_THAT(Log(),
+              HasSubstr(" store: " + store + ".lock: cannot lock: Is a directory; another "));
 }
 
 TEST_F(ProcessTest, EndsWithAMessageWhenThereIsNoBus) {
