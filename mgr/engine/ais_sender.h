@@ -2,6 +2,7 @@
 #ifndef CFM_MGR_ENGINE_AIS_SENDER_H
 #define CFM_MGR_ENGINE_AIS_SENDER_H
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -18,13 +19,19 @@ class AisSender {
         timer_(context.timers, [this](Time now) { Send(now); }),
         send_(std::move(send)) {}
 
-  /** @param needed Whether there is a reason now. */
+  /**
+   * @param needed Whether there is a reason now.
+   * @param period A shorter one than before holds from now on, a longer one from the next frame on.
+   */
   void Update(Time now, bool needed, Time period) {
+    const bool changes = period != period_;
     period_ = period;
     if (!needed) {
       timer_.Stop();
     } else if (!timer_.due()) {
       timer_.Arm(now);
+    } else if (changes) {
+      timer_.Arm(std::min(*timer_.due(), now + period));
     }
   }
 

@@ -31,14 +31,17 @@ inline unsigned HighestPriority(const Defects& defects) {
   return defect_priority::kNone;
 }
 
-/** A defect that a frame raises for a time, each further frame for longer but never for less. */
+/** A defect that a frame raises for a time. */
 class HeldDefect {
  public:
   /** @param on_over Called when the time of the last frame has run out. */
   HeldDefect(TimerQueue& timers, std::function<void(Time now)> on_over)
       : timer_(timers, std::move(on_over)) {}
 
+  /** Present until then, or longer where it was to be already. */
   void HoldUntil(Time end) { timer_.Arm(std::max(end, timer_.due().value_or(end))); }
+  /** Present until then and no longer. */
+  void EndAt(Time end) { timer_.Arm(end); }
   void Clear() { timer_.Stop(); }
   bool present() const { return timer_.due().has_value(); }
 

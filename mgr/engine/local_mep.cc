@@ -172,7 +172,10 @@ void LocalMep::ReceiveAis(Time now, const Frame& frame) {
     ++context_.drops.malformed;
     return;
   }
-  HoldDefect(now, ais_, AisPeriod(ais->period) * 7 / 2);
+  // ITU-T Y.1731 goes by the period of the last frame alone, unlike 802.1Q with CCMs in error.
+  const bool was_present = ais_.present();
+  ais_.EndAt(now + AisPeriod(ais->period) * 7 / 2);
+  if (!was_present) Reevaluate(now);
 }
 
 bool LocalMep::IsAddressed(const Frame& frame) {

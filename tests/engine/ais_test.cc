@@ -125,6 +125,39 @@ TEST_F(AisTest, IsADefectForThreeAndAHalfPeriodsOfTheLastFrame) {
   EXPECT_FALSE(Status().defect_ais);
 }
 
+TEST_F(AisTest, EndsByThePeriodOfTheLastFrameWhenThePeriodChanges) {
+  association_.settings.ais.enabled = false;
+  Configure();
+  Receive(pdu::Encode(pdu::Ais{3, pdu::kAisOneMinute}));
+  network_.Run(seconds(60));
+  Receive(pdu::Encode(pdu::Ais{3, pdu::kAisOneSecond}));
+  network_.Run(milliseconds(3499));
+  EXPECT_TRUE(Status().defect_ais);
+  network_.Run(milliseconds(1));
+  EXPECT_FALSE(Status().defect_ais);
+
+  Receive(pdu::Encode(pdu::Ais{3, pdu::kAisOneSecond}));
+  network_.Run(seconds(1));
+  Receive(pdu::Encode(pdu::Ais{3, pdu::kAisOneMinute}));
+  network_.Run(milliseconds(209999));
+  EXPECT_TRUE(Status().defect_ais);
+  network_.Run(milliseconds(1));
+  EXPECT_FALSE(Status().defect_ais);
+}
+
+TEST_F(AisTest, IsSentAtAShorterPeriodAsSoonAsItIsConfigured) {
+  association_.settings.ais.word_b = 6;
+  Configure();
+  network_.Run(seconds(10));
+  ASSERT_EQ(1U, bridge_.sent.size());
+  association_.settings.ais.word_b = 4;
+  Configure();
+  network_.Run(seconds(2));
+  ASSERT_EQ(3U, bridge_.sent.size());
+  EXPECT_EQ(seconds(11), bridge_.sent[1].time);
+  EXPECT_EQ(pdu::kAisOneSecond, pdu::DecodeAis(bridge_.sent[1].frame.pdu)->period);
+}
+
 TEST_F(AisTest, IsPassedOnToTheNextLevel) {
   Configure();
   Receive(pdu::Encode(pdu::Ais{3, pdu::kAisOneSecond}));
