@@ -11,7 +11,9 @@ Options ParseOptions(int argc, char** argv) {
   CLI::App app(
       "CFM Manager: runs the CFM configuration that clients send.\n"
       "Without --network or --wire it keeps it, and sends and receives no frames.\n"
-      "SIGUSR1 prints it on standard output, SIGTERM, SIGINT and SIGHUP end the server.");
+      "SIGUSR1 prints it on standard output, SIGUSR2 logs which frames were dropped, SIGTERM, "
+      "SIGINT\n"
+      "and SIGHUP end the server.");
   app.set_version_flag("--version", CFM_MGR_VERSION);
   app.add_option(
          "--bus", options.bus,

@@ -125,12 +125,23 @@ void Process::ReceiveUnknown(vorx_t* /*handle*/, void* user, const vorx_pid_t* s
 
 bool Process::HandleSignals() const {
   while (const int signal = signals_.Take()) {
-    if (signal != SIGUSR1) return false;
-    // A blank line tells where the tree ends.
-    std::cout.clear();
-    std::cout << Render(server_.tree()) + "\n" << std::flush;
+    if (signal == SIGUSR1) {
+      // A blank line tells where the tree ends.
+      std::cout.clear();
+      std::cout << Render(server_.tree()) + "\n" << std::flush;
+    } else if (signal == SIGUSR2) {
+      for (const std::string& line : DescribeDrops(server_.Drops())) logger_.Write(line);
+    } else {
+      return false;
+    }
   }
   return true;
+}
+
+void Process::LogDrops() {
+  const auto now = Clock::now();
+  if (!drop_log_.ShouldLook(now)) return;
+  for (const std::string& line : drop_log_.TakeNews(now, server_.Drops())) logger_.Write(line);
 }
 
 void Process::Turn() {
@@ -142,12 +153,14 @@ void Process::Turn() {
     round_.End();
   }
   keeper_.SaveIfDue(server_.tree());
+  LogDrops();
   Wait(handle_, NextWork(), {signals_.fd(), server_.Descriptor()});
   Dispatch(handle_);
 }
 
 std::optional<Clock::time_point> Process::NextWork() const {
-  std::optional<Clock::time_point> work = Sooner(round_.due(), keeper_.due());
+  std::optional<Clock::time_point> work =
+      Sooner(Sooner(round_.due(), keeper_.due()), drop_log_.due());
   if (const auto deadline = server_.NextDeadline())
     work = Sooner(work, Clock::time_point(*deadline));
   return work;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "bus.h"
+#include "drop_log.h"
 #include "host_environment.h"
 #include "logger.h"
 #include "options.h"
@@ -59,6 +60,8 @@ class Process {
   /** Does what the signals to this process ask for; false when it is to end. */
   bool HandleSignals() const;
 
+  void LogDrops();
+
   /** Runs the protocol, reports and saves what is due, waits for what comes, and delivers it. */
   void Turn();
 
@@ -76,6 +79,7 @@ class Process {
   std::deque<Entry> entries_;
   std::deque<Unknown> unknown_;
   Round round_;
+  DropLog drop_log_;
 };
 
 }  // namespace cfm_mgr

@@ -71,6 +71,9 @@ class Server {
   /** Readable when Run() has something to do; -1 when that never is so. */
   int Descriptor() const { return network_->Descriptor(); }
 
+  /** What its network dropped, by interface and reason. */
+  std::vector<net::DropCount> Drops() const { return network_->Drops(); }
+
   const Tree& tree() const { return store_.tree(); }
 
  private:

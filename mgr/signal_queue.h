@@ -5,8 +5,8 @@
 namespace cfm_mgr {
 
 /**
- * The signals that steer this process, as something to wait on: SIGTERM, SIGINT and SIGUSR1. From
- * construction on they no longer interrupt it.
+ * The signals that steer this process, as something to wait on: SIGTERM, SIGINT, SIGHUP, SIGUSR1
+ * and SIGUSR2. From construction on they no longer interrupt it.
  */
 class SignalQueue {
  public:

@@ -18,7 +18,7 @@ struct Context {
   Notifications& notifications;
   std::mt19937_64 random;
   TimerQueue timers;
-  DropCounters drops;
+  Drops drops;
 
   /**
    * Takes a frame of a higher level than a MEP's that leaves the MEP on the side that it does not

@@ -44,7 +44,7 @@ bool DelayRuns::Step(Time now, Run& run) {
 void DelayRuns::TakeDmr(Time now, const LocalMep& mep, const Frame& frame) {
   const pdu::Decoded<pdu::DelayMeasurement> dmr = pdu::DecodeDmr(frame.pdu);
   if (!dmr) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(dmr.fault());
     return;
   }
   const Time received = frame.received.value_or(now);
@@ -53,7 +53,7 @@ void DelayRuns::TakeDmr(Time now, const LocalMep& mep, const Frame& frame) {
     if (reply == DelayInitiator::Reply::Counted) run.observer.on_reply(frame.source);
     return reply != DelayInitiator::Reply::NotOurs;
   });
-  if (!taken) ++context_.drops.unexpected;
+  if (!taken) ++context_.drops.here().unexpected;
 }
 
 void DelayRuns::OnMepStopped(Time now, const LocalMep& mep) {

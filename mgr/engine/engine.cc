@@ -17,6 +17,7 @@ void Engine::SetPort(Time now, PortId port, const PortInfo& info) {
 
 void Engine::RemovePort(Time now, PortId port) {
   impl_->table().RemovePort(now, port);
+  impl_->context().drops.Forget(port);
   impl_->tests().OnConfigurationChanged(now);
 }
 
@@ -91,6 +92,6 @@ void Engine::ClearCounters(const MepKey& mep) {
   if (found != nullptr) found->ClearCounters();
 }
 
-const DropCounters& Engine::drops() const { return impl_->context().drops; }
+DropCounters Engine::DropsAt(PortId port) const { return impl_->context().drops.Of(port); }
 
 }  // namespace cfm_mgr::engine

@@ -18,6 +18,7 @@
 #include <optional>
 #include <string>
 
+#include "engine/drops.h"
 #include "engine/notifications.h"
 #include "engine/surroundings.h"
 #include "model.h"
@@ -37,14 +38,6 @@ struct PortInfo {
 enum class Verdict {
   Pass,  ///< Not theirs: it goes on to the other side.
   Stop,  ///< Taken, answered, or dropped.
-};
-
-/** Frames that were not worth anything, by why. */
-struct DropCounters {
-  std::uint64_t malformed = 0;   ///< Truncated, over-long, or against the coding rules.
-  std::uint64_t unknown = 0;     ///< An opcode that no MP here takes.
-  std::uint64_t low_level = 0;   ///< Below the level of a MEP that guards the port.
-  std::uint64_t unexpected = 0;  ///< To another's address, or replies to no test that is running.
 };
 
 /** A test that has begun, or why it has not. */
@@ -133,7 +126,8 @@ class Engine {
   /** Sequence number of the last CCM of a remote MEP. */
   std::optional<std::uint32_t> LastSequenceNumber(const MepKey& mep, std::uint32_t remote) const;
   void ClearCounters(const MepKey& mep);
-  const DropCounters& drops() const;
+  /** What was dropped at a port, since it was made known. */
+  DropCounters DropsAt(PortId port) const;
   /** @} */
 
  private:

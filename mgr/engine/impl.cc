@@ -26,9 +26,10 @@ Engine::Impl::Impl(Surroundings& surroundings, Notifications& notifications, std
 
 Verdict Engine::Impl::Receive(Time now, PortId port, Side from, const Frame& frame) {
   if (table_.FindPort(port) == nullptr || frame.tags.size() > kMaxTags) return Verdict::Pass;
+  context_.drops.SetPort(port);
   const pdu::Decoded<pdu::Header> header = pdu::DecodeHeader(frame.pdu);
   if (!header) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(header.fault());
     return Verdict::Stop;
   }
   const MepStack* const stack = table_.index().Find(port, ServiceOf(frame));
@@ -55,7 +56,7 @@ Verdict Engine::Impl::MeetFacing(Time now, const Passage& passage) {
   if (mep.settings().level == level) {
     Deliver(now, mep, passage);
   } else {
-    ++context_.drops.low_level;
+    ++context_.drops.here().low_level;
     const bool is_ccm = passage.header.opcode == static_cast<std::uint8_t>(pdu::Opcode::Ccm);
     if (is_ccm) mep.ReceiveLowerCcm(now, passage.frame);
   }
@@ -66,7 +67,7 @@ Verdict Engine::Impl::MeetBacks(const Passage& passage) {
   if (passage.stack == nullptr) return Verdict::Pass;
   const std::vector<LocalMep*>& meps = passage.stack->Facing(Opposite(passage.from));
   if (meps.empty() || meps.back()->settings().level < passage.header.level) return Verdict::Pass;
-  ++context_.drops.low_level;
+  ++context_.drops.here().low_level;
   return Verdict::Stop;
 }
 
@@ -87,7 +88,7 @@ void Engine::Impl::Deliver(Time now, LocalMep& mep, const Passage& passage) {
     case pdu::Opcode::OneWayDm:
       break;
   }
-  ++context_.drops.unknown;
+  ++context_.drops.here().unknown;
 }
 
 void Engine::Impl::SendBehind(Time now, const LocalMep& mep, const Frame& frame) {
@@ -95,6 +96,7 @@ void Engine::Impl::SendBehind(Time now, const LocalMep& mep, const Frame& frame)
   const PortId port = mep.settings().port;
   const Side from = mep.settings().side;
   const MepStack* const stack = table_.index().Find(port, ServiceOf(frame));
+  context_.drops.SetPort(port);
   // It is of a higher level than the MEP that sends it, which therefore lets it pass.
   if (Pass(now, {port, from, *header, frame, stack}) == Verdict::Pass) {
     context_.surroundings.Transmit(port, Opposite(from), frame);

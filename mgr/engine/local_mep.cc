@@ -138,7 +138,7 @@ void LocalMep::ReceiveCcm(Time now, const Frame& frame) {
   if (!IsAddressed(frame)) return;
   const pdu::Decoded<pdu::Ccm> ccm = pdu::DecodeCcm(frame.pdu);
   if (!ccm) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(ccm.fault());
     return;
   }
   if (ccm->maid != settings_.maid) {
@@ -159,7 +159,7 @@ void LocalMep::ReceiveLowerCcm(Time now, const Frame& frame) {
   if (!IsAddressed(frame)) return;
   const pdu::Decoded<pdu::Ccm> ccm = pdu::DecodeCcm(frame.pdu);
   if (!ccm) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(ccm.fault());
     return;
   }
   HoldDefect(now, xcon_ccm_, Lifetime(ccm->interval));
@@ -169,7 +169,7 @@ void LocalMep::ReceiveAis(Time now, const Frame& frame) {
   if (!IsAddressed(frame)) return;
   const pdu::Decoded<pdu::Ais> ais = pdu::DecodeAis(frame.pdu);
   if (!ais) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(ais.fault());
     return;
   }
   // ITU-T Y.1731 goes by the period of the last frame alone, unlike 802.1Q with CCMs in error.
@@ -180,7 +180,7 @@ void LocalMep::ReceiveAis(Time now, const Frame& frame) {
 
 bool LocalMep::IsAddressed(const Frame& frame) {
   if (IsCcmGroupAddress(frame.destination) || frame.destination == mac()) return true;
-  ++context_.drops.unexpected;
+  ++context_.drops.here().unexpected;
   return false;
 }
 

@@ -131,7 +131,7 @@ void OnDemandTests::End(const Linktrace& test) {
 void OnDemandTests::TakeLbr(const LocalMep& mep, const Frame& frame) {
   const pdu::Decoded<pdu::Loopback> lbr = pdu::DecodeLbr(frame.pdu);
   if (!lbr) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(lbr.fault());
     return;
   }
   const bool taken = loopbacks_.Offer(mep, [&](Loopback& test) {
@@ -139,13 +139,13 @@ void OnDemandTests::TakeLbr(const LocalMep& mep, const Frame& frame) {
     context_.notifications.OnLoopbackReply(test.request_id, frame.source, lbr->transaction_id);
     return true;
   });
-  if (!taken) ++context_.drops.unexpected;
+  if (!taken) ++context_.drops.here().unexpected;
 }
 
 void OnDemandTests::TakeLtr(const LocalMep& mep, const Frame& frame) {
   const pdu::Decoded<pdu::Ltr> ltr = pdu::DecodeLtr(frame.pdu);
   if (!ltr) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(ltr.fault());
     return;
   }
   const bool taken =
@@ -153,7 +153,7 @@ void OnDemandTests::TakeLtr(const LocalMep& mep, const Frame& frame) {
   if (taken) {
     context_.notifications.OnLinktraceReply(mep.settings().key, DescribeReply(frame, *ltr));
   } else {
-    ++context_.drops.unexpected;
+    ++context_.drops.here().unexpected;
   }
 }
 

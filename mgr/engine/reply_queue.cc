@@ -11,7 +11,10 @@ ReplyQueue::ReplyQueue(Context& context, const MepTable& table)
       timer_(context.timers, [this](Time now) { SendDue(now); }) {}
 
 void ReplyQueue::Send(Time now, PortId port, Side side, Frame frame) {
-  if (waiting_.size() == kMaxWaiting) return;
+  if (waiting_.size() == kMaxWaiting) {
+    ++context_.drops.At(port).unanswered;
+    return;
+  }
   std::uniform_int_distribution<std::int64_t> delay(0, kMaxDelay.count());
   waiting_.insert({now + Time(delay(context_.random)), {port, side, std::move(frame)}});
   timer_.Arm(waiting_.begin()->first);

@@ -17,7 +17,7 @@ namespace cfm_mgr::engine {
 class ReplyQueue {
  public:
   static constexpr Time kMaxDelay = std::chrono::seconds(1);
-  /** What comes when so many wait already is dropped. */
+  /** What comes when so many wait already is dropped and counted. */
   static constexpr std::size_t kMaxWaiting = 4096;
 
   ReplyQueue(Context& context, const MepTable& table);

@@ -58,8 +58,8 @@ class Responders::Bridge : public LinktraceBridge {
 bool Responders::TakeLbm(Time now, const AnsweringMp& mp, const Frame& frame) {
   const bool to_group = mp.mep && frame.destination == CcmGroupAddress(mp.level);
   if (!to_group && frame.destination != mp.mac) return false;
-  if (!pdu::DecodeLbm(frame.pdu)) {
-    ++context_.drops.malformed;
+  if (const auto lbm = pdu::DecodeLbm(frame.pdu); !lbm) {
+    context_.drops.CountMalformed(lbm.fault());
     return true;
   }
   if (pdu::IsGroup(frame.source)) return true;
@@ -74,8 +74,8 @@ bool Responders::TakeLbm(Time now, const AnsweringMp& mp, const Frame& frame) {
 
 bool Responders::TakeDmm(Time now, const AnsweringMp& mp, const Frame& frame) {
   if (frame.destination != mp.mac) return false;
-  if (!pdu::DecodeDmm(frame.pdu)) {
-    ++context_.drops.malformed;
+  if (const auto dmm = pdu::DecodeDmm(frame.pdu); !dmm) {
+    context_.drops.CountMalformed(dmm.fault());
     return true;
   }
   if (pdu::IsGroup(frame.source)) return true;
@@ -91,7 +91,7 @@ bool Responders::TakeLtm(Time now, const AnsweringMp& mp, const Frame& frame) {
   if (frame.destination != LtmGroupAddress(mp.level) && frame.destination != mp.mac) return false;
   const pdu::Decoded<pdu::Ltm> ltm = pdu::DecodeLtm(frame.pdu);
   if (!ltm) {
-    ++context_.drops.malformed;
+    context_.drops.CountMalformed(ltm.fault());
     return true;
   }
   Bridge bridge(now, *this);

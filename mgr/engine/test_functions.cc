@@ -33,7 +33,7 @@ void TestFunctions::TakeAtMep(Time now, LocalMep& mep, const pdu::Header& header
       if (taken) TakeReply(now, mep, opcode, frame);
   }
   // Those for others end here too.
-  if (!taken) ++context_.drops.unexpected;
+  if (!taken) ++context_.drops.here().unexpected;
 }
 
 void TestFunctions::TakeReply(Time now, const LocalMep& mep, pdu::Opcode opcode,

@@ -7,9 +7,11 @@
 #define CFM_MGR_NET_NETWORK_H
 
 #include <optional>
+#include <vector>
 
 #include "engine/engine.h"
 #include "engine/time.h"
+#include "net/drop_count.h"
 
 namespace cfm_mgr::net {
 
@@ -44,6 +46,12 @@ class Network {
 
   /** What to poll for reading; -1 when there is nothing to poll. The network's own. */
   virtual int Descriptor() const = 0;
+
+  /**
+   * What was dropped at the ports of the managed bridge since each was made known, by port and
+   * reason; only what is not 0.
+   */
+  virtual std::vector<DropCount> Drops() { return {}; }
 };
 
 }  // namespace cfm_mgr::net

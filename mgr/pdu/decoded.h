@@ -2,6 +2,7 @@
 #ifndef CFM_MGR_PDU_DECODED_H
 #define CFM_MGR_PDU_DECODED_H
 
+#include <cstddef>
 #include <utility>
 #include <variant>
 
@@ -20,6 +21,8 @@ enum class Fault {
   Maid,            ///< Lengths of names that a MAID cannot have.
   Value,           ///< A field holds a value that is reserved or out of its range.
 };
+
+inline constexpr std::size_t kFaults = static_cast<std::size_t>(Fault::Value) + 1;
 
 /** The fault in a few words, for people. */
 const char* Describe(Fault fault);

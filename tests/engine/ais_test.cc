@@ -185,7 +185,7 @@ TEST_F(AisTest, MalformedIsCountedAndChangesNothing) {
   Configure();
   Receive({0x60, 33, 0x05, 0x00, 0x00});
   Receive({0x60, 33, 0x04, 0x00});
-  EXPECT_EQ(2U, bridge_.engine().drops().malformed);
+  EXPECT_EQ(2U, bridge_.engine().DropsAt(1).malformed());
   EXPECT_FALSE(Status().defect_ais);
 }
 

@@ -339,7 +339,7 @@ TEST_F(DefectsTest, MalformedCcmsAreCountedAndChangeNothing) {
   bridge_.Receive(1, Side::Wire, frame);
   frame.pdu.resize(3);
   bridge_.Receive(1, Side::Wire, frame);
-  EXPECT_EQ(3U, bridge_.engine().drops().malformed);
+  EXPECT_EQ(3U, bridge_.engine().DropsAt(1).malformed());
   EXPECT_FALSE(Status().defect_xcon_ccm);
   EXPECT_THAT(bridge_.local_changes, IsEmpty());
 }
@@ -350,7 +350,7 @@ TEST_F(DefectsTest, CcmsToAnotherAddressAreCountedAndChangeNothing) {
   bridge_.Receive(1, Side::Wire, frame);
   frame.destination = {0x01, 0x80, 0xc2, 0, 0, 0x3b};
   bridge_.Receive(1, Side::Wire, frame);
-  EXPECT_EQ(2U, bridge_.engine().drops().unexpected);
+  EXPECT_EQ(2U, bridge_.engine().DropsAt(1).unexpected);
   EXPECT_EQ(2U, Remote().state);
   frame.destination = bridge_.MacOf(1);
   bridge_.Receive(1, Side::Wire, frame);

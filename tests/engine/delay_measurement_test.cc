@@ -230,13 +230,13 @@ TEST_F(DelayMeasurementTest, CountsMalformedMessagesAndRepliesToNoTest) {
   Frame dmm = SentBy(line_.First(), Opcode::Dmm).at(0).frame;
   Frame dmr = SentBy(line_.Last(), Opcode::Dmr).at(0).frame;
   line_.First().Receive(kRight, Side::Wire, dmr);
-  EXPECT_EQ(1U, line_.engine().drops().unexpected);
+  EXPECT_EQ(1U, line_.engine().DropsAt(kRight).unexpected);
   dmm.pdu.resize(36);
   dmr.pdu.resize(36);
   line_.Last().Receive(kLeft, Side::Wire, dmm);
   line_.First().Receive(kRight, Side::Wire, dmr);
-  EXPECT_EQ(1U, line_.Last().engine().drops().malformed);
-  EXPECT_EQ(1U, line_.engine().drops().malformed);
+  EXPECT_EQ(1U, line_.Last().engine().DropsAt(kLeft).malformed());
+  EXPECT_EQ(1U, line_.engine().DropsAt(kRight).malformed());
 }
 
 TEST_F(DelayMeasurementTest, IsAnsweredToAMepsOwnAddressAlone) {
@@ -248,7 +248,7 @@ TEST_F(DelayMeasurementTest, IsAnsweredToAMepsOwnAddressAlone) {
   line_.Last().Receive(kLeft, Side::Wire, dmm);
   dmm.destination = {2, 0, 0, 0, 0, 99};
   line_.Last().Receive(kLeft, Side::Wire, dmm);
-  EXPECT_EQ(2U, line_.Last().engine().drops().unexpected);
+  EXPECT_EQ(2U, line_.Last().engine().DropsAt(kLeft).unexpected);
   dmm.destination = line_.LastMepMac();
   dmm.source[0] |= 1U;
   line_.Last().Receive(kLeft, Side::Wire, dmm);

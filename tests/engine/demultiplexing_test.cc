@@ -51,7 +51,7 @@ class Demultiplexing : public testing::Test {
   }
   Verdict FromWire(const Frame& frame) { return bridge_.Receive(1, Side::Wire, frame); }
   Verdict FromRelay(const Frame& frame) { return bridge_.Receive(1, Side::Relay, frame); }
-  std::uint64_t LowLevelDrops() { return bridge_.engine().drops().low_level; }
+  std::uint64_t LowLevelDrops() { return bridge_.engine().DropsAt(1).low_level; }
 
   VirtualNetwork network_;
   Bridge& bridge_ = network_.AddBridge();
@@ -174,7 +174,7 @@ TEST_F(Demultiplexing, CountsOpcodesThatNobodyTakes) {
     frame.pdu[1] = opcode;
     EXPECT_EQ(Verdict::Stop, FromWire(frame));
   }
-  EXPECT_EQ(5U, bridge_.engine().drops().unknown);
+  EXPECT_EQ(5U, bridge_.engine().DropsAt(1).unknown);
 }
 
 TEST_F(Demultiplexing, LeavesInactiveMepsOut) {

@@ -39,7 +39,7 @@ TEST_F(LinktraceRun, EndsAfterFiveSecondsAndTakesNoLaterReply) {
   EXPECT_EQ(1U, ends[0].mep.mep_id);
   EXPECT_EQ(started_.transaction_id, ends[0].transaction_id);
   line_->network.Run(seconds(2));
-  EXPECT_EQ(1U, line_->engine().drops().unexpected);
+  EXPECT_EQ(1U, line_->engine().DropsAt(kRight).unexpected);
 }
 
 TEST_F(LinktraceRun, NumbersEachTraceAnew) {
@@ -94,11 +94,11 @@ TEST_F(LinktraceRun, CountsMalformedMessages) {
   Frame ltm = SentBy(line_->First(), Opcode::Ltm).at(0).frame;
   ltm.pdu.pop_back();
   line_->At(1).Receive(kLeft, Side::Wire, ltm);
-  EXPECT_EQ(1U, line_->At(1).engine().drops().malformed);
+  EXPECT_EQ(1U, line_->At(1).engine().DropsAt(kLeft).malformed());
   Frame ltr = SentBy(line_->At(1), Opcode::Ltr).at(0).frame;
   ltr.pdu.pop_back();
   line_->First().Receive(kRight, Side::Wire, ltr);
-  EXPECT_EQ(1U, line_->engine().drops().malformed);
+  EXPECT_EQ(1U, line_->engine().DropsAt(kRight).malformed());
 }
 
 TEST_F(LinktraceRun, TellsTheSenderWhereTheAssociationsAllowIt) {

@@ -119,9 +119,9 @@ TEST_F(LoopbackTest, CountsRepliesToNoTest) {
   Start(line_.Loopback(7, 1));
   line_.network.Run(seconds(6));
   const Frame reply = SentBy(line_.Last(), Opcode::Lbr).at(0).frame;
-  EXPECT_EQ(0U, line_.engine().drops().unexpected);
+  EXPECT_EQ(0U, line_.engine().DropsAt(kRight).unexpected);
   line_.First().Receive(kRight, Side::Wire, reply);
-  EXPECT_EQ(1U, line_.engine().drops().unexpected);
+  EXPECT_EQ(1U, line_.engine().DropsAt(kRight).unexpected);
   EXPECT_THAT(tests().loopback_replies, SizeIs(1));
 }
 
@@ -132,12 +132,12 @@ TEST_F(LoopbackTest, CountsRequestsAndRepliesToOtherStations) {
   reply.destination[5] ^= 0x40U;
   line_.First().Receive(kRight, Side::Wire, reply);
   EXPECT_THAT(tests().loopback_replies, SizeIs(1));
-  EXPECT_EQ(1U, line_.engine().drops().unexpected);
+  EXPECT_EQ(1U, line_.engine().DropsAt(kRight).unexpected);
   Frame request = SentBy(line_.First(), Opcode::Lbm).at(0).frame;
   request.destination[5] ^= 0x40U;
   line_.Last().Receive(kLeft, Side::Wire, request);
   EXPECT_THAT(SentBy(line_.Last(), Opcode::Lbr), SizeIs(1));
-  EXPECT_EQ(1U, line_.Last().engine().drops().unexpected);
+  EXPECT_EQ(1U, line_.Last().engine().DropsAt(kLeft).unexpected);
 }
 
 TEST_F(LoopbackTest, CountsMalformedRequestsAndReplies) {
@@ -149,8 +149,8 @@ TEST_F(LoopbackTest, CountsMalformedRequestsAndReplies) {
   lbr.pdu.pop_back();
   line_.Last().Receive(kLeft, Side::Wire, lbm);
   line_.First().Receive(kRight, Side::Wire, lbr);
-  EXPECT_EQ(1U, line_.Last().engine().drops().malformed);
-  EXPECT_EQ(1U, line_.engine().drops().malformed);
+  EXPECT_EQ(1U, line_.Last().engine().DropsAt(kLeft).malformed());
+  EXPECT_EQ(1U, line_.engine().DropsAt(kRight).malformed());
   EXPECT_THAT(SentBy(line_.Last(), Opcode::Lbr), SizeIs(1));
 }
 

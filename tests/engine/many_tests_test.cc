@@ -57,7 +57,7 @@ TEST_F(ManyTests, RunOfAllKindsAtATimeWithoutMixingThemUp) {
     EXPECT_EQ(1 + end.request_id % 7, end.result.received);
     EXPECT_EQ(0U, end.result.rejected);
   }
-  EXPECT_EQ(0U, line_.engine().drops().unexpected);
+  EXPECT_EQ(0U, line_.engine().DropsAt(kRight).unexpected);
 }
 
 TEST_F(ManyTests, EndOfHalfOfThemLeavesTheOthersAlone) {

@@ -164,6 +164,57 @@ TEST_F(ProcessTest, PrintsItsTreeOnSigusr1) {
   EXPECT_TRUE(Eventually([&] { return ReadFile(output) == tree + "\n" + tree + "\n"; }));
 }
 
+/** Sends CCMs of level 1 over a link to the loopback interface's port. */
+constexpr const char* kLowLevelNetwork = R"(
+local: b1
+bridges:
+  - name: b1
+    ports: [{name: east, interface: lo}]
+  - name: b2
+    ports: [{name: west}]
+    domains:
+      - name: low
+        level: 1
+        associations:
+          - name: A1
+            vids: [100]
+            mep-ids: [1, 2]
+            endpoints:
+              - {mep-id: 2, direction: down, port: west, admin-state: true, ccm-enabled: true}
+links:
+  - {ends: [b1.east, b2.west]}
+)";
+
+constexpr const char* kLowLevelDrop = " dropped: of a lower level than an endpoint's\n";
+
+TEST_F(ProcessTest, LogsThatNothingWasDroppedOnSigusr2) {
+  Start();
+  server_.Signal(SIGUSR2);
+  EXPECT_TRUE(Eventually([&] { return Log().find(" no frames dropped\n") != std::string::npos; }))
+      << Log();
+  EXPECT_EQ(ReadFile(directory_.File("tree")), "");
+}
+
+TEST_F(ProcessTest, LogsWhatWasDroppedAtOnceAndOnSigusr2) {
+  const std::string network = directory_.File("network.yaml");
+  std::ofstream(network) << kLowLevelNetwork;
+  Start({"--network", network});
+  SendConfiguration();
+  const auto records = [&] {
+    const std::string log = Log();
+    int count = 0;
+    for (auto at = log.find(kLowLevelDrop); at != std::string::npos;
+         at = log.find(kLowLevelDrop, at + 1)) {
+      ++count;
+    }
+    return count;
+  };
+  EXPECT_TRUE(Eventually([&] { return records() == 1; })) << Log();
+  EXPECT_THAT(Log(), HasSubstr(" interface east: "));
+  server_.Signal(SIGUSR2);
+  EXPECT_TRUE(Eventually([&] { return records() == 2; })) << Log();
+}
+
 TEST_F(ProcessTest, AQueryPrintsTheTreeOfTheServerThatRuns) {
   Start();
   SendConfiguration();

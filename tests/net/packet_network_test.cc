@@ -121,6 +121,37 @@ TEST_F(PacketNetworkTest, StampsADmmThatWasDueWhileItWasHeldUpWhenItSendsIt) {
   EXPECT_LT(result.delay.max, milliseconds(200));
 }
 
+TEST_F(PacketNetworkTest, TellsWhatWasDroppedByInterfaceAndReason) {
+  Node near({"v0"});
+  EXPECT_THAT(near.network.Drops(), testing::IsEmpty());
+  near.AddMep(1, "v0");
+  const RawSender sender("v1");
+  engine::Frame frame = SampleFrame(1, 2, 100);
+  frame.pdu = {0x80, 0x01, 0x03, 70};  // the header of a CCM of level 4, and nothing behind it
+  frame.destination = {0x01, 0x80, 0xc2, 0, 0, 0x34};
+  std::vector<std::uint8_t> octets;
+  EncodeFrame(frame, octets);
+  sender.Send(octets);
+  const std::vector<std::uint8_t> tag(octets.begin() + 12, octets.begin() + 16);
+  for (int i = 0; i < 2; ++i) octets.insert(octets.begin() + 12, tag.begin(), tag.end());
+  sender.Send(octets);
+  ASSERT_TRUE(RunUntil({&near}, [&] { return near.network.Drops().size() == 2; }));
+  const auto drops = near.network.Drops();
+  EXPECT_EQ(drops[0].interface, "v0");
+  EXPECT_THAT(drops[0].reason, testing::StartsWith("not readable"));
+  EXPECT_EQ(drops[0].frames, 1U);
+  EXPECT_EQ(drops[1], (DropCount{"v0", "malformed: truncated", 1}));
+
+  Ip("link set v0 down");
+  const auto not_sent = [&] {
+    for (const DropCount& drop : near.network.Drops()) {
+      if (drop.reason == "not sent: the interface is down") return drop.frames > 0;
+    }
+    return false;
+  };
+  EXPECT_TRUE(RunUntil({&near}, not_sent));
+}
+
 TEST_F(PacketNetworkTest, UsesInterfacesThatAppearAndForgetsThoseThatGo) {
   Node near({"w0"});
   EXPECT_EQ(near.network.CountersOf(IndexOf("v0")), std::nullopt);

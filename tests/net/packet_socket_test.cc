@@ -105,6 +105,21 @@ TEST_F(PacketSocketTest, CountsAFrameWithThreeTagsAsRefused) {
   EXPECT_EQ(near_->counters().refused, 1U);
 }
 
+TEST_F(PacketSocketTest, CountsWhatTheKernelHadNoRoomFor) {
+  const int least = 0;
+  setsockopt(near_->descriptor(), SOL_SOCKET, SO_RCVBUF, &least, sizeof least);
+  const RawSender sender("v1");
+  constexpr std::uint64_t kSent = 100;
+  for (std::uint64_t i = 0; i < kSent; ++i) sender.Send(Encoded(SampleFrame(1, 2, 0)));
+  std::vector<ReceivedFrame> received;
+  near_->Receive(batch_, kNoLimit, received);
+  near_->CountOverruns();
+  EXPECT_LT(received.size(), kSent);
+  EXPECT_EQ(near_->counters().overrun, kSent - received.size());
+  near_->CountOverruns();
+  EXPECT_EQ(near_->counters().overrun, kSent - received.size()) << "each is counted once";
+}
+
 TEST_F(PacketSocketTest, StampsFramesWhenTheyComeInNotWhenTheyAreRead) {
   const RawSender sender("v1");
   // The kernel begins to stamp a moment after the first socket has asked for it.
@@ -158,7 +173,7 @@ TEST_F(PacketSocketTest, GoesOnAfterAFrameThatIsTooLongForTheInterface) {
   near_->Send(frame);
   near_->Send(SampleFrame(3, 4, 0));
   EXPECT_TRUE(near_->Flush());
-  EXPECT_EQ(near_->counters().unsent, 1U);
+  EXPECT_EQ(near_->counters().unsendable, 1U);
   EXPECT_EQ(near_->counters().sent, 1U);
   EXPECT_EQ(Receive(*far_, 1).size(), 1U);
 }
@@ -168,7 +183,7 @@ TEST_F(PacketSocketTest, CountsWhatCannotBeEncoded) {
   frame.pdu.clear();
   near_->Send(frame);
   EXPECT_FALSE(near_->HasBacklog());
-  EXPECT_EQ(near_->counters().unsent, 1U);
+  EXPECT_EQ(near_->counters().unsendable, 1U);
 }
 
 TEST_F(PacketSocketTest, WorksAgainAfterTheInterfaceWasDown) {
@@ -176,7 +191,7 @@ TEST_F(PacketSocketTest, WorksAgainAfterTheInterfaceWasDown) {
   near_->Send(SampleFrame(1, 2, 0));
   near_->Send(SampleFrame(1, 2, 0));
   EXPECT_TRUE(near_->Flush());
-  EXPECT_EQ(near_->counters().unsent, 2U);
+  EXPECT_EQ(near_->counters().down, 2U);
   std::vector<ReceivedFrame> frames;
   near_->Receive(batch_, kNoLimit, frames);
   EXPECT_THAT(frames, IsEmpty());
@@ -192,7 +207,7 @@ TEST_F(PacketSocketTest, DropsWhatAVanishedInterfaceWasToSend) {
   Ip("link del v0");
   near_->Send(SampleFrame(1, 2, 0));
   EXPECT_TRUE(near_->Flush());
-  EXPECT_EQ(near_->counters().unsent, 1U);
+  EXPECT_EQ(near_->counters().down, 1U);
   EXPECT_FALSE(near_->HasBacklog());
 }
 

@@ -43,6 +43,20 @@ void Control(int epoll, int operation, int descriptor, std::uint32_t events, std
   if (epoll_ctl(epoll, operation, descriptor, &event) != 0) ThrowErrno("cannot watch a socket");
 }
 
+void AppendDrops(std::vector<DropCount>& counts, const std::string& interface,
+                 const PortCounters& counters) {
+  AppendDrop(counts, interface, "came in faster than they were taken (receive buffer full)",
+             counters.overrun);
+  AppendDrop(counts, interface,
+             "not readable (more than two tags, a reserved VID, a group address as source, or too "
+             "long)",
+             counters.refused);
+  AppendDrop(counts, interface, "not sent: the interface is down", counters.down);
+  AppendDrop(counts, interface, "not sent: too many wait for the interface", counters.crowded);
+  AppendDrop(counts, interface, "not sent: refused, such as too long for the interface",
+             counters.unsendable);
+}
+
 /** Whether a frame tells when it was sent. */
 bool IsStamped(const engine::Frame& frame) {
   const auto opcode = static_cast<pdu::Opcode>(frame.pdu[1]);
@@ -82,6 +96,19 @@ std::optional<PortCounters> PacketNetwork::CountersOf(engine::PortId port) const
   const auto found = ports_.find(port);
   if (found == ports_.end() || !found->second.socket) return std::nullopt;
   return found->second.socket->counters();
+}
+
+std::vector<DropCount> PacketNetwork::Drops() {
+  std::vector<DropCount> counts;
+  for (auto& [index, port] : ports_) {
+    const std::string& name = port.link.name;
+    if (port.socket) {
+      port.socket->CountOverruns();
+      AppendDrops(counts, name, port.socket->counters());
+    }
+    AppendDrops(counts, name, engine_.DropsAt(index));
+  }
+  return counts;
 }
 
 bool PacketNetwork::IsUsed(const LinkState& link) const {

@@ -53,6 +53,7 @@ class PacketNetwork : public Network, private engine::Surroundings {
   void Advance(engine::Time now) override;
   std::optional<engine::Time> NextDeadline() const override;
   int Descriptor() const override { return epoll_.get(); }
+  std::vector<DropCount> Drops() override;
 
   /** None for an interface that is not used. They begin anew when the interface does. */
   std::optional<PortCounters> CountersOf(engine::PortId port) const;

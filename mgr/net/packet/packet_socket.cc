@@ -167,7 +167,17 @@ void PacketSocket::TakeIn(const mmsghdr& message, const StampClock& clock,
 }
 
 void PacketSocket::Send(const engine::Frame& frame) {
-  if (!backlog_.Push(frame)) ++counters_.unsent;
+  const bool crowded = backlog_.size() == FrameQueue::kMaxFrames;
+  if (!backlog_.Push(frame)) ++(crowded ? counters_.crowded : counters_.unsendable);
+}
+
+void PacketSocket::CountOverruns() {
+  // The kernel begins anew with each answer.
+  tpacket_stats statistics{};
+  socklen_t size = sizeof statistics;
+  if (getsockopt(socket_.get(), SOL_PACKET, PACKET_STATISTICS, &statistics, &size) == 0) {
+    counters_.overrun += statistics.tp_drops;
+  }
 }
 
 bool PacketSocket::Flush() {
@@ -181,10 +191,10 @@ bool PacketSocket::Flush() {
       backlog_.Pop(first);
       return false;
     } else if (errno == ENETDOWN || errno == ENXIO || errno == ENODEV) {
-      counters_.unsent += backlog_.size() - first;
+      counters_.down += backlog_.size() - first;
       break;
     } else if (errno != EINTR) {  // This frame is not to be had through: ENOBUFS, EMSGSIZE.
-      ++counters_.unsent;
+      ++counters_.unsendable;
       ++first;
     }
   }

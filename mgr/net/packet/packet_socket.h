@@ -34,8 +34,15 @@ struct ReceivedFrame {
 struct PortCounters {
   std::uint64_t received = 0;
   std::uint64_t refused = 0;  ///< Came in, but are no CFM frame with at most two tags.
+  std::uint64_t overrun = 0;  ///< Came in when there was no room for them.
   std::uint64_t sent = 0;
-  std::uint64_t unsent = 0;  ///< The kernel or the interface did not take them.
+  /** @name Not sent
+   * @{ */
+  std::uint64_t down = 0;     ///< The interface was down or gone.
+  std::uint64_t crowded = 0;  ///< Too many waited.
+  std::uint64_t unsendable =
+      0;  ///< Too long for the interface, or otherwise not to be had through.
+  /** @} */
 };
 
 /** Room for what one system call receives; all sockets of a thread share one. */
@@ -103,7 +110,10 @@ class PacketSocket {
   bool Flush();
 
   bool HasBacklog() const { return !backlog_.empty(); }
+  /** Those of Receive(), Send() and Flush(), and of the kernel up to the last CountOverruns(). */
   const PortCounters& counters() const { return counters_; }
+  /** Asks the kernel what there was no room for. */
+  void CountOverruns();
 
  private:
   void SetOptions();

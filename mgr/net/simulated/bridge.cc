@@ -51,6 +51,14 @@ void Bridge::SetLinkUp(engine::PortId port, bool up) {
   engine_.SetPort(clock_, port, changed.info);
 }
 
+std::vector<DropCount> Bridge::Drops() const {
+  std::vector<DropCount> counts;
+  for (const auto& [index, port] : ports_) {
+    AppendDrops(counts, port.info.name, engine_.DropsAt(index));
+  }
+  return counts;
+}
+
 void Bridge::Receive(engine::PortId port, const engine::Frame& frame, unsigned hops) {
   if (!IsLinkUp(port)) return;
   if (engine_.Receive(clock_, port, engine::Side::Wire, frame) == engine::Verdict::Pass) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/engine.h"
+#include "net/drop_count.h"
 #include "net/simulated/description.h"
 #include "net/simulated/forwarding_table.h"
 
@@ -52,6 +53,9 @@ class Bridge : public engine::Surroundings {
   /** A port whose link is down neither takes nor gives anything. */
   void SetLinkUp(engine::PortId port, bool up);
   bool IsLinkUp(engine::PortId port) const { return ports_.at(port).up; }
+
+  /** What was dropped at its ports, by name. */
+  std::vector<DropCount> Drops() const;
 
   /** A frame that comes in from the wire. */
   void Receive(engine::PortId port, const engine::Frame& frame, unsigned hops);

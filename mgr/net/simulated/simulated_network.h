@@ -63,6 +63,7 @@ class SimulatedNetwork : public Network {
   void Advance(engine::Time now) override;
   std::optional<engine::Time> NextDeadline() const override;
   int Descriptor() const override { return -1; }
+  std::vector<DropCount> Drops() override { return local_->Drops(); }
 
   /** The engine of any bridge; null for an unknown name. */
   engine::Engine* FindEngine(const std::string& bridge);
