@@ -21,9 +21,12 @@ const Mep* FindMep(const Tree& tree, const MepKey& key) {
 std::vector<std::uint32_t> RemotesOf(const Association& association, std::uint32_t mep_id) {
   const std::uint32_t ifindex = association.meps.at(mep_id).ifindex;
   std::vector<std::uint32_t> remotes;
+  // Both are in order of identifiers.
+  auto local = association.meps.begin();
   for (const std::uint32_t other : association.settings.mep_ids) {
-    const auto local = association.meps.find(other);
-    const bool is_remote = local == association.meps.end() || local->second.ifindex != ifindex;
+    while (local != association.meps.end() && local->first < other) ++local;
+    const bool is_local = local != association.meps.end() && local->first == other;
+    const bool is_remote = !is_local || local->second.ifindex != ifindex;
     if (other != mep_id && is_remote) remotes.push_back(other);
   }
   return remotes;

@@ -111,7 +111,7 @@ RemoteMep& LocalMep::AddRemote(std::uint16_t mep_id) {
     context_.notifications.OnRemoteMepChanged(settings_.key, mep_id);
     Reevaluate(now);
   };
-  return remotes_.try_emplace(mep_id, context_.timers, on_lost).first->second;
+  return remotes_.try_emplace(mep_id, context_.timers, remote_defects_, on_lost).first->second;
 }
 
 void LocalMep::ConfigureCcms(Time now) {
@@ -231,16 +231,10 @@ bool LocalMep::IsPortPassing() const {
 Defects LocalMep::FindDefects() const {
   Defects defects;
   if (!running_) return defects;
-  bool all_ports = !remotes_.empty();
-  for (const auto& entry : remotes_) {
-    const RemoteMep& remote = entry.second;
-    defects.rdi = defects.rdi || remote.status().rdi;
-    defects.remote_ccm = defects.remote_ccm || remote.IsLost();
-    defects.mac_status = defects.mac_status || remote.HasInterfaceDefect();
-    all_ports = all_ports && remote.HasPortDefect();
-  }
-  defects.mac_status = defects.mac_status || all_ports;
-  defects.remote_ccm = defects.remote_ccm && IsPortPassing();
+  const bool all_ports = !remotes_.empty() && remote_defects_.port == remotes_.size();
+  defects.rdi = remote_defects_.rdi > 0;
+  defects.mac_status = remote_defects_.interface > 0 || all_ports;
+  defects.remote_ccm = remote_defects_.lost > 0 && IsPortPassing();
   defects.error_ccm = error_ccm_.present();
   defects.xcon_ccm = xcon_ccm_.present();
   defects.ais = ais_.present();

@@ -97,6 +97,7 @@ class LocalMep {
   bool running_ = false;
 
   CcmSender ccm_sender_;
+  RemoteDefects remote_defects_;  ///< Counts the remotes, which know it.
   std::map<std::uint16_t, RemoteMep> remotes_;
   HeldDefect error_ccm_;
   HeldDefect xcon_ccm_;

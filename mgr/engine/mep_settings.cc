@@ -71,6 +71,22 @@ AisSettings ResolveAis(const Ais& configured, std::uint8_t level, ServiceTags ow
 
 }  // namespace
 
+bool operator==(const AisSettings& a, const AisSettings& b) {
+  const auto fields = [](const AisSettings& s) {
+    return std::tie(s.enabled, s.level, s.period, s.priority, s.services, s.suppresses_loss);
+  };
+  return fields(a) == fields(b);
+}
+
+bool operator==(const MepSettings& a, const MepSettings& b) {
+  const auto fields = [](const MepSettings& s) {
+    return std::tie(s.key.ma.md_name, s.key.ma.ma_name, s.key.mep_id, s.ccm_interval, s.active,
+                    s.ccm_enabled, s.priority, s.remotes, s.sender_id, s.alarms, s.fault_action,
+                    s.ais);
+  };
+  return IsSamePlace(a, b) && fields(a) == fields(b);
+}
+
 SenderIdPermission ResolveSenderId(const DomainSettings& domain,
                                    const AssociationSettings& association) {
   const std::int32_t code =

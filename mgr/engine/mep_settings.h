@@ -34,6 +34,11 @@ struct AlarmSettings {
   Time reset_time{};
 };
 
+inline bool operator==(const AlarmSettings& a, const AlarmSettings& b) {
+  return a.lowest_priority == b.lowest_priority && a.alarm_time == b.alarm_time &&
+         a.reset_time == b.reset_time;
+}
+
 /** What of itself a sender tells in Sender ID TLVs. */
 enum class SenderIdPermission : std::int32_t { None = 1, Chassis = 2, Manage = 3, Both = 4 };
 
@@ -51,6 +56,8 @@ struct AisSettings {
   std::vector<ServiceTags> services;
   bool suppresses_loss = false;
 };
+
+bool operator==(const AisSettings& a, const AisSettings& b);
 
 /** What a MEP is made of, as its association and domain configure it. */
 struct MepSettings {
@@ -74,6 +81,8 @@ struct MepSettings {
   FaultAction fault_action = FaultAction::None;
   AisSettings ais;
 };
+
+bool operator==(const MepSettings& a, const MepSettings& b);
 
 /** The settings of an endpoint of an association, which has it. */
 MepSettings ResolveMep(const MaKey& ma, const DomainSettings& domain,

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engine/mep_table.h"
 
-#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -18,9 +17,10 @@ void MepTable::RemovePort(Time now, PortId port) {
 
 void MepTable::UpdatePort(Time now, PortId port) {
   const PortInfo* const info = FindPort(port);
-  const auto [begin, end] = meps_by_port_.equal_range(port);
-  for (auto entry = begin; entry != end; ++entry) {
-    LocalMep& mep = *entry->second;
+  const auto meps = meps_by_port_.find(port);
+  if (meps == meps_by_port_.end()) return;
+  for (const auto& entry : meps->second) {
+    LocalMep& mep = *entry.second;
     Reindex(mep, [&mep, now, info] { mep.SetPort(now, info); });
   }
 }
@@ -49,20 +49,22 @@ void MepTable::RemoveAssociation(Time now, const MaKey& key) {
 
 void MepTable::SetMep(Time now, AssociationEntry& entry, MepSettings settings) {
   std::unique_ptr<LocalMep>& mep = entry.meps[settings.key.mep_id];
+  // Of a large association, one endpoint changes at a time.
+  if (mep && mep->settings() == settings) return;
   if (mep && IsSamePlace(mep->settings(), settings)) {
     return Reindex(*mep, [&] { mep->Configure(now, std::move(settings)); });
   }
   if (mep) RemoveMep(now, *mep);
   const PortInfo* const port = FindPort(settings.port);
   mep = std::make_unique<LocalMep>(context_, std::move(settings));
-  meps_by_port_.emplace(mep->settings().port, mep.get());
+  meps_by_port_[mep->settings().port][mep->settings().key] = mep.get();
   Reindex(*mep, [&] { mep->SetPort(now, port); });
 }
 
 void MepTable::RemoveMep(Time now, LocalMep& mep) {
-  const auto [begin, end] = meps_by_port_.equal_range(mep.settings().port);
-  meps_by_port_.erase(
-      std::find_if(begin, end, [&mep](const auto& entry) { return entry.second == &mep; }));
+  const auto of_port = meps_by_port_.find(mep.settings().port);
+  of_port->second.erase(mep.settings().key);
+  if (of_port->second.empty()) meps_by_port_.erase(of_port);
   index_.Erase(mep);
   mep.Shut(now);
 }

@@ -52,7 +52,7 @@ class MepTable {
   Context& context_;
   std::map<PortId, PortInfo> ports_;
   std::map<MaKey, AssociationEntry> associations_;
-  std::multimap<PortId, LocalMep*> meps_by_port_;
+  std::map<PortId, std::map<MepKey, LocalMep*>> meps_by_port_;
   MepIndex index_;
 };
 

@@ -23,14 +23,18 @@ bool Follows(std::uint32_t sequence, std::uint32_t last) {
 
 }  // namespace
 
-RemoteMep::RemoteMep(TimerQueue& timers, std::function<void(Time now)> on_lost)
-    : timer_(timers, [this](Time now) { Expire(now); }), on_lost_(std::move(on_lost)) {
+RemoteMep::RemoteMep(TimerQueue& timers, RemoteDefects& defects,
+                     std::function<void(Time now)> on_lost)
+    : timer_(timers, [this](Time now) { Expire(now); }),
+      defects_(defects),
+      on_lost_(std::move(on_lost)) {
   status_.state = static_cast<std::uint32_t>(RemoteState::Idle);
 }
 
 void RemoteMep::Start(Time now, std::uint8_t interval) {
   lifetime_ = IsInterval(interval) ? Lifetime(interval) : Time{};
   Enter(now, RemoteState::Start);
+  Count(FindDefects());
   ArmTimer(now);
 }
 
@@ -42,6 +46,7 @@ void RemoteMep::Stop(Time now) {
   sender_id_.clear();
   last_sequence_ = 0;
   Enter(now, RemoteState::Idle);
+  Count(FindDefects());
 }
 
 void RemoteMep::SetInterval(Time now, std::uint8_t interval) {
@@ -68,15 +73,30 @@ RemoteMep::Effect RemoteMep::Receive(Time now, const pdu::Ccm& ccm, const Mac& s
   status_.rdi = ccm.rdi;
   status_.port_status = ccm.port_status.value_or(kNoTlv);
   status_.interface_status = ccm.interface_status.value_or(kNoTlv);
-  effect.status_changed = TakeSenderId(ccm) || report() != before;
+  const bool report_changed = report() != before;
+  if (report_changed) Count(FindDefects());
+  effect.status_changed = TakeSenderId(ccm) || report_changed;
   return effect;
 }
 
-bool RemoteMep::HasInterfaceDefect() const {
-  return status_.interface_status != kNoTlv && status_.interface_status != kInterfaceUp;
+RemoteDefects RemoteMep::FindDefects() const {
+  const bool interface_defect =
+      status_.interface_status != kNoTlv && status_.interface_status != kInterfaceUp;
+  RemoteDefects defects;
+  defects.rdi = status_.rdi ? 1 : 0;
+  defects.lost = state() == RemoteState::Failed ? 1 : 0;
+  defects.interface = interface_defect ? 1 : 0;
+  defects.port = status_.port_status == kPortBlocked ? 1 : 0;
+  return defects;
 }
 
-bool RemoteMep::HasPortDefect() const { return status_.port_status == kPortBlocked; }
+void RemoteMep::Count(const RemoteDefects& defects) {
+  defects_.rdi += defects.rdi - counted_.rdi;
+  defects_.lost += defects.lost - counted_.lost;
+  defects_.interface += defects.interface - counted_.interface;
+  defects_.port += defects.port - counted_.port;
+  counted_ = defects;
+}
 
 void RemoteMep::Enter(Time now, RemoteState state) {
   if (this->state() == state) return;
@@ -101,6 +121,7 @@ void RemoteMep::ArmTimer(Time now) {
 void RemoteMep::Expire(Time now) {
   ForgetReport();
   Enter(now, RemoteState::Failed);
+  Count(FindDefects());
   on_lost_(now);
 }
 

@@ -15,11 +15,25 @@ namespace cfm_mgr::engine {
 /** States of the remote MEP state machine, IEEE 802.1Q 20.20; the codes of the MIB. */
 enum class RemoteState : std::uint8_t { Idle = 1, Start = 2, Failed = 3, Ok = 4 };
 
+/** How many of a MEP's remote MEPs account for each defect. */
+struct RemoteDefects {
+  std::uint32_t rdi = 0;
+  std::uint32_t lost = 0;
+  std::uint32_t interface = 0;
+  std::uint32_t port = 0;
+};
+
 /** What one MEP knows of another one of its association. */
 class RemoteMep {
  public:
-  /** @param on_lost Called when no CCM has come for 3.5 intervals, after the state has changed. */
-  RemoteMep(TimerQueue& timers, std::function<void(Time now)> on_lost);
+  /**
+   * @param defects Where it is counted with the defects that it accounts for, always up to date.
+   * @param on_lost Called when no CCM has come for 3.5 intervals, after the state has changed.
+   */
+  RemoteMep(TimerQueue& timers, RemoteDefects& defects, std::function<void(Time now)> on_lost);
+  RemoteMep(const RemoteMep&) = delete;
+  RemoteMep& operator=(const RemoteMep&) = delete;
+  ~RemoteMep() { Count({}); }
 
   /** Begins to wait for CCMs of this interval; with 0 it waits for ever. */
   void Start(Time now, std::uint8_t interval);
@@ -41,14 +55,10 @@ class RemoteMep {
   /** Of the last CCM; 0 when there was none or it was not numbered. */
   std::uint32_t last_sequence() const { return last_sequence_; }
 
-  /** @name Defects that it accounts for
-   * @{ */
-  bool IsLost() const { return state() == RemoteState::Failed; }
-  bool HasInterfaceDefect() const;
-  bool HasPortDefect() const;
-  /** @} */
-
  private:
+  /** Makes @p defects, of 0 and 1, be its part of the counters. */
+  void Count(const RemoteDefects& defects);
+  RemoteDefects FindDefects() const;
   void Enter(Time now, RemoteState state);
   void ForgetReport();
   void ArmTimer(Time now);
@@ -56,6 +66,8 @@ class RemoteMep {
   bool TakeSenderId(const pdu::Ccm& ccm);
 
   Timer timer_;
+  RemoteDefects& defects_;
+  RemoteDefects counted_;  ///< Its part of them.
   std::function<void(Time now)> on_lost_;
   Time lifetime_{};  ///< 0: for ever.
   RemoteMepStatus status_;

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "samples.h"
 
 namespace cfm_mgr::engine {
@@ -33,7 +35,8 @@ class RemoteMepTest : public testing::Test {
   Time now_ = seconds(5);
   TimerQueue timers_;
   int losses_ = 0;
-  RemoteMep remote_{timers_, [this](Time) { ++losses_; }};
+  RemoteDefects defects_;
+  RemoteMep remote_{timers_, defects_, [this](Time) { ++losses_; }};
 };
 
 struct Transition {
@@ -132,6 +135,42 @@ TEST_F(RemoteMepTest, KeepsWhatTheLastCcmTold) {
   EXPECT_FALSE(remote_.status().rdi);
   EXPECT_EQ(0U, remote_.status().port_status) << "no TLV";
   EXPECT_EQ(0, remote_.status().interface_status) << "no TLV";
+}
+
+/** The counters that several remote MEPs share, in words. */
+std::string Text(const RemoteDefects& defects) {
+  return "rdi " + std::to_string(defects.rdi) + ", lost " + std::to_string(defects.lost) +
+         ", interface " + std::to_string(defects.interface) + ", port " +
+         std::to_string(defects.port);
+}
+
+TEST_F(RemoteMepTest, IsCountedWithItsDefectsAsLongAsItHasThem) {
+  const std::string none = "rdi 0, lost 0, interface 0, port 0";
+  EXPECT_EQ(none, Text(defects_));
+  Start();
+  pdu::Ccm ccm = SampleCcm();
+  ccm.rdi = true;
+  ccm.interface_status = 2;
+  Receive(ccm);
+  EXPECT_EQ("rdi 1, lost 0, interface 1, port 0", Text(defects_));
+  Receive(ccm);
+  EXPECT_EQ("rdi 1, lost 0, interface 1, port 0", Text(defects_)) << "once, however often told";
+  ccm.rdi = false;
+  ccm.interface_status = 1;
+  ccm.port_status = 1;
+  Receive(ccm);
+  EXPECT_EQ("rdi 0, lost 0, interface 0, port 1", Text(defects_));
+  Expire();
+  EXPECT_EQ("rdi 0, lost 1, interface 0, port 0", Text(defects_));
+  {
+    RemoteMep other(timers_, defects_, [](Time) {});
+    other.Start(now_, 4);
+    other.Receive(now_, ccm, kSource);
+    EXPECT_EQ("rdi 0, lost 1, interface 0, port 1", Text(defects_));
+  }
+  EXPECT_EQ("rdi 0, lost 1, interface 0, port 0", Text(defects_)) << "the other one is gone";
+  Stop();
+  EXPECT_EQ(none, Text(defects_));
 }
 
 TEST_F(RemoteMepTest, ForgetsRdiAndStatusesWhenItIsLostButNotTheAddress) {
