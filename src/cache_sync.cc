@@ -24,9 +24,9 @@ void ClientImpl::ReqCacheReply(vorx_t* /*handle*/, void* user, const vorx_pid_t*
                                void* data, unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
   Log<log_point::kCacheReply>(self.log_category);
-  const Received<client_server::OpCacheSync> cache(self.kept_messages, data, length);
-  self.ReqCacheReplyHierarchy(*cache);
-  self.ReqCacheReplyProbe(*cache);
+  const auto cache = ReceiveLists<client_server::OpCacheSync>(data, length);
+  self.ReqCacheReplyHierarchy(cache);
+  self.ReqCacheReplyProbe(cache);
   Log<log_point::kCacheApply>(self.log_category);
   self.server_synced = true;
   self.Apply();

@@ -20,9 +20,9 @@ namespace cfm {
 template <typename Message>
 using KeptMessage = std::unique_ptr<Message>;
 
-/// One for each type of report.
+/// One for each type of report without lists. An entry of a list keeps the memory of the longest
+/// names that it ever had: a list that is kept could come to hold much, by short reports alone.
 using KeptMessages = std::tuple<
-    KeptMessage<client_server::OpCacheSync>, KeptMessage<client_server::OpReplyAllStats>,
     KeptMessage<client_server::OpLinktraceTriggerError>,
     KeptMessage<client_server::OpLoopbackTriggerError>,
     KeptMessage<client_server::OpDelayMeasurementTriggerError>,
@@ -38,8 +38,27 @@ using KeptMessages = std::tuple<
     KeptMessage<client_server::OpDelayMeasurementEnded>,
     KeptMessage<client_server::OpDelayMeasurementSessionEnded>>;
 
-/// A report while it is handled: the payload is copied and parsed. What does not parse still leaves
-/// the fields read so far. A null payload is an empty one.
+/// Copies a payload and parses it into an empty message. What does not parse still leaves the
+/// fields read so far. A null payload is an empty one.
+///
+/// @return whether the bytes were one complete message
+template <typename Message>
+bool ReadPayload(const void* data, unsigned length, Message& message) {
+  const auto bytes =
+      data == nullptr ? std::string() : std::string(static_cast<const char*>(data), length);
+  core::ReserveEntries(message, bytes);
+  return message.MergeFromString(bytes);
+}
+
+/// A report with lists, as far as it can be read.
+template <typename Message>
+Message ReceiveLists(const void* data, unsigned length) {
+  Message message;
+  ReadPayload(data, length, message);
+  return message;
+}
+
+/// Any other report while it is handled.
 template <typename Message>
 class Received {
  public:
@@ -47,12 +66,8 @@ class Received {
       : kept_(std::get<KeptMessage<Message>>(kept)),
         message_(length <= kLongestKept && kept_ != nullptr ? std::move(kept_)
                                                             : std::make_unique<Message>()),
-        length_(length) {
-    const auto bytes =
-        data == nullptr ? std::string() : std::string(static_cast<const char*>(data), length);
-    core::ReserveEntries(*message_, bytes);
-    is_whole_ = message_->MergeFromString(bytes);
-  }
+        length_(length),
+        is_whole_(ReadPayload(data, length, *message_)) {}
   Received(const Received&) = delete;
   Received& operator=(const Received&) = delete;
   // Not run where reading failed for want of memory: nothing is certain of a message then but that
@@ -78,7 +93,7 @@ class Received {
   // the type comes while the kept message is in use.
   KeptMessage<Message> message_;
   unsigned length_;
-  bool is_whole_ = false;
+  bool is_whole_;
 };
 
 }  // namespace cfm

@@ -46,8 +46,8 @@ void ClientImpl::ReqStatsReply(vorx_t* /*handle*/, void* user, const vorx_pid_t*
   if (self.statistics_handler == nullptr) {
     return;
   }
-  const Received<client_server::OpReplyAllStats> message(self.kept_messages, data, length);
-  for (const auto& entry : message->local_mep_stats()) {
+  const auto message = ReceiveLists<client_server::OpReplyAllStats>(data, length);
+  for (const auto& entry : message.local_mep_stats()) {
     local_mep_stats stats;
     stats.ccm_rx_seq_errors = entry.ccm_rx_seq_errors();
     stats.ccm_tx_total = entry.ccm_tx_total();
@@ -61,7 +61,7 @@ void ClientImpl::ReqStatsReply(vorx_t* /*handle*/, void* user, const vorx_pid_t*
         static_cast<unsigned long long>(entry.ccm_rx_seq_errors()),
         static_cast<unsigned long long>(entry.ccm_tx_total()), entry.ccm_tx_seq_number());
   }
-  for (const auto& entry : message->remote_mep_stats()) {
+  for (const auto& entry : message.remote_mep_stats()) {
     remote_mep_stats stats;
     stats.last_ccm_seq_number = entry.last_ccm_seq_number();
     if (self.statistics_handler != nullptr) {

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // What it takes to read what the server sends: a report finds the memory of the one before it, but
-// a long one leaves nothing behind.
+// long ones, lists, and those for which memory ran out leave nothing behind.
 #include <cfm/identifiers.h>
 
+#include <new>
 #include <set>
 
 #include "failing_allocator.h"
@@ -12,6 +13,9 @@
 
 namespace cfm_test {
 namespace {
+
+// A field that nobody knows, too long to be kept inside a std::string.
+const std::string kLongUnknownField = "\xc2\x3e\x20" + std::string(32, 'x');
 
 class ReportMemory : public testing::Test {
  protected:
@@ -29,9 +33,7 @@ TEST_P(ShortReport, IsReadIntoWhatTheOneBeforeItTook) {
   EXPECT_EQ(HeldByLibrary().bytes, held);
 }
 
-// Those from which nothing is made that takes memory of its own.
-std::vector<Report> ReportsOnly() {
-  const std::set<std::string> others = {"CACHE_REPLY", "LT_TRIGGER_ERROR", "LINKTRACE_REPLY_RX"};
+std::vector<Report> AllReportsBut(const std::set<std::string>& others) {
   std::vector<Report> reports;
   for (const Report& report : AllReports()) {
     if (others.count(report.name) == 0) {
@@ -41,8 +43,43 @@ std::vector<Report> ReportsOnly() {
   return reports;
 }
 
-INSTANTIATE_TEST_SUITE_P(Reports, ShortReport, testing::ValuesIn(ReportsOnly()),
-                         [](const auto& report) { return report.param.name; });
+const auto kName = [](const auto& report) { return report.param.name; };
+
+// Without those with lists, and those from which something is made that takes memory of its own.
+INSTANTIATE_TEST_SUITE_P(Reports, ShortReport,
+                         testing::ValuesIn(AllReportsBut({"CACHE_REPLY", "STATS_REPLY",
+                                                          "LT_TRIGGER_ERROR",
+                                                          "LINKTRACE_REPLY_RX"})),
+                         kName);
+
+class UnreadReport : public ReportMemory, public testing::WithParamInterface<Report> {};
+
+// The empty report before each failure leaves a message to read into.
+TEST_P(UnreadReport, LeavesNothingForTheNext) {
+  const Report& report = GetParam();
+  report.Deliver(world.host, "");
+  const auto empty = world.host.Take();
+  bool failed = true;
+  for (std::size_t index = 0; failed; ++index) {
+    SCOPED_TRACE(index);
+    {
+      const FailingAllocation failing(index);
+      try {
+        report.Deliver(world.host, report.bytes + kLongUnknownField);
+      } catch (const std::bad_alloc&) {
+      }
+      failed = failing.happened();
+    }
+    world.host.Take();
+    report.Deliver(world.host, "");
+    EXPECT_EQ(world.host.Take(), empty);
+    EXPECT_TRUE(failed || index > 0);
+  }
+}
+
+// The cache reply changes what the client does next.
+INSTANTIATE_TEST_SUITE_P(Reports, UnreadReport, testing::ValuesIn(AllReportsBut({"CACHE_REPLY"})),
+                         kName);
 
 TEST_F(ReportMemory, OfALongOneIsGivenBack) {
   constexpr std::size_t kMegabyte = 1U << 20U;
@@ -55,6 +92,31 @@ TEST_F(ReportMemory, OfALongOneIsGivenBack) {
     statistics.MergeFrom(Statistics());
   }
   world.host.Signal(CFM_MGR_S2C_SIG_STATS_REPLY, statistics.SerializeAsString());
+  EXPECT_EQ(HeldByLibrary().bytes, held);
+}
+
+// Each of these has a long name in another entry.
+TEST_F(ReportMemory, OfListsIsGivenBack) {
+  const std::string name(1000, 'n');
+  const std::size_t held = HeldByLibrary().bytes;
+  client_server::OpReplyAllStats statistics;
+  client_server::OpCacheSync cache;
+  for (int i = 0; i < 100; ++i) {
+    const auto deliver = [&] {
+      world.host.Signal(CFM_MGR_S2C_SIG_STATS_REPLY, statistics.SerializeAsString());
+      world.host.Signal(CFM_MGR_S2C_SIG_CACHE_REPLY, cache.SerializeAsString());
+    };
+    auto& local = *statistics.add_local_mep_stats();
+    auto& remote = *statistics.add_remote_mep_stats();
+    auto& domain = *cache.add_mds();
+    local.set_md_name(name);
+    remote.set_md_name(name);
+    domain.set_md_name(name);
+    deliver();
+    local.clear_md_name();
+    remote.clear_md_name();
+    domain.clear_md_name();
+  }
   EXPECT_EQ(HeldByLibrary().bytes, held);
 }
 
