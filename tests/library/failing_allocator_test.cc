@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The tests of this program fail nothing, and so prove nothing, if its allocation functions are not
 // the ones in use. Valgrind puts its own in their place unless told
-// --soname-synonyms=somalloc=none.
+// --soname-synonyms=somalloc=nouserintercepts.
 #include "failing_allocator.h"
 
 #include <gtest/gtest.h>
