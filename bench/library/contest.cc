@@ -140,7 +140,9 @@ bool RunContests(int argc, char** argv) {
     return false;
   }
   Times times;
-  benchmark::RunSpecifiedBenchmarks(&times);
+  if (benchmark::RunSpecifiedBenchmarks(&times) == 0) {
+    return false;  // a filter that nothing passes
+  }
   std::printf("%-34s %7s %12s %12s %7s %7s %6s\n", "work", "size", "floor us", "library us",
               "ratio", "of best", "goal");
   bool all_met = true;
