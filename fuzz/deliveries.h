@@ -24,7 +24,8 @@ struct Receiver {
 /// Hands the payloads to a client that has a configuration, in turn. Requires that
 ///   - only a linktrace event that is not whole ends the process, and every one of those does;
 ///   - all others do the same as what protobuf could read of them, sent as a whole message;
-///   - all but cache replies do the same when they come a second time.
+///   - all but cache replies do the same when they come a second time;
+///   - empty ones do the same after them as they do first.
 void CheckDeliveries(Receiver receiver, const std::vector<Delivery>& deliveries);
 
 }  // namespace cfm_fuzz
