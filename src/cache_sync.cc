@@ -24,7 +24,7 @@ void ClientImpl::ReqCacheReply(vorx_t* /*handle*/, void* user, const vorx_pid_t*
                                void* data, unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
   Log<log_point::kCacheReply>(self.log_category);
-  const auto cache = ReceiveLists<client_server::OpCacheSync>(data, length);
+  const auto cache = Receive<client_server::OpCacheSync>(data, length);
   self.ReqCacheReplyHierarchy(cache);
   self.ReqCacheReplyProbe(cache);
   Log<log_point::kCacheApply>(self.log_category);

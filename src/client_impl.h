@@ -27,10 +27,12 @@
 #include "core/hierarchy_plan.h"
 #include "core/kept_hierarchy.h"
 #include "log.h"
-#include "receive.h"
 
 namespace google::protobuf {
 class MessageLite;
+}
+namespace client_server {
+class OpCacheSync;
 }
 
 namespace cfm {
@@ -164,7 +166,6 @@ class ClientImpl {
   bool server_synced = false;  // a cache reply of the present server was applied
   std::shared_ptr<const probe> desired_probes;
   std::shared_ptr<const probe> applied_probes;
-  KeptMessages kept_messages;
 };
 
 }  // namespace cfm

@@ -30,52 +30,49 @@ void ClientImpl::HandleDelayMeasurementTriggerError(vorx_t* /*handle*/, void* us
                                                     const vorx_pid_t* /*sender*/, void* data,
                                                     unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpDelayMeasurementTriggerError> message(self.kept_messages, data,
-                                                                        length);
-  Log<log_point::kDelayTriggerError>(self.log_category, message->error_code());
+  const auto message = Receive<client_server::OpDelayMeasurementTriggerError>(data, length);
+  Log<log_point::kDelayTriggerError>(self.log_category, message.error_code());
   if (self.delay_measurement_handler != nullptr) {
     self.delay_measurement_handler->OnDelayMeasurementTriggerError(
-        message->request_id(), message->error_code(), message->md_name(), message->ma_name(),
-        Low16(message->mep_id()), Low16(message->remote_mep_id()));
+        message.request_id(), message.error_code(), message.md_name(), message.ma_name(),
+        Low16(message.mep_id()), Low16(message.remote_mep_id()));
   }
 }
 
 void ClientImpl::HandleDelayMeasurementStarted(vorx_t* /*handle*/, void* user, void* data,
                                                unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpDelayMeasurementStarted> message(self.kept_messages, data,
-                                                                   length);
-  const st_mac target = core::MacFromBytes(message->mac_address());
+  const auto message = Receive<client_server::OpDelayMeasurementStarted>(data, length);
+  const st_mac target = core::MacFromBytes(message.mac_address());
   Log<log_point::kDelayStarted>(self.log_category, core::MacText(target).data());
   if (self.delay_measurement_handler != nullptr) {
-    self.delay_measurement_handler->OnDelayMeasurementStarted(message->request_id(), target);
+    self.delay_measurement_handler->OnDelayMeasurementStarted(message.request_id(), target);
   }
 }
 
 void ClientImpl::HandleDelayMeasurementReplyRx(vorx_t* /*handle*/, void* user, void* data,
                                                unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpDelayMeasurementReplyRx> message(self.kept_messages, data,
-                                                                   length);
-  const st_mac mac = core::MacFromBytes(message->mac_address());
+  const auto message = Receive<client_server::OpDelayMeasurementReplyRx>(data, length);
+  const st_mac mac = core::MacFromBytes(message.mac_address());
   Log<log_point::kDelayReply>(self.log_category, core::MacText(mac).data());
   if (self.delay_measurement_handler != nullptr) {
-    self.delay_measurement_handler->OnDelayMeasurementReplyRx(message->request_id(), mac);
+    self.delay_measurement_handler->OnDelayMeasurementReplyRx(message.request_id(), mac);
   }
 }
 
 void ClientImpl::HandleDelayMeasurementEnded(vorx_t* /*handle*/, void* user, void* data,
                                              unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpDelayMeasurementEnded> message(self.kept_messages, data, length);
+  const auto message = Receive<client_server::OpDelayMeasurementEnded>(data, length);
   Log<log_point::kDelayEnded>(self.log_category,
-                              static_cast<unsigned long long>(message->rx_count()),
-                              static_cast<unsigned long long>(message->tx_count()));
+                              static_cast<unsigned long long>(message.rx_count()),
+                              static_cast<unsigned long long>(message.tx_count()));
   if (self.delay_measurement_handler != nullptr) {
     self.delay_measurement_handler->OnDelayMeasurementEnded(
-        message->request_id(), message->rx_count(), message->tx_count(), message->result_1(),
-        message->result_2(), message->result_3(), message->result_4(), message->result_5(),
-        message->result_6(), message->extra_count());
+        message.request_id(), message.rx_count(), message.tx_count(), message.result_1(),
+        message.result_2(), message.result_3(), message.result_4(), message.result_5(),
+        message.result_6(), message.extra_count());
   }
 }
 
@@ -83,10 +80,9 @@ void ClientImpl::HandleDelayMeasurementEnded(vorx_t* /*handle*/, void* user, voi
 void ClientImpl::HandleDelayMeasurementSessionEnded(vorx_t* /*handle*/, void* user, void* data,
                                                     unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpDelayMeasurementSessionEnded> message(self.kept_messages, data,
-                                                                        length);
+  const auto message = Receive<client_server::OpDelayMeasurementSessionEnded>(data, length);
   if (self.status_handler != nullptr) {
-    self.status_handler->OnDelayMeasurementSessionEnded(core::SessionResult(*message));
+    self.status_handler->OnDelayMeasurementSessionEnded(core::SessionResult(message));
   }
 }
 

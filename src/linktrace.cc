@@ -21,6 +21,19 @@ namespace cfm {
 
 using core::Low16;
 
+namespace {
+
+template <typename Message, const FaultPoint& Fault>
+Message ReceiveWhole(const void* data, unsigned length) {
+  Message message;
+  if (!ParsePayload(data, length, message)) {
+    RaiseFault(Fault);
+  }
+  return message;
+}
+
+}  // namespace
+
 void ClientImpl::LinktraceTrigger(const linktrace_trigger& trigger) {
   Log<log_point::kLinktracePreparing>(log_category);
   SendTrigger<log_point::kLinktraceSerializing, log_point::kLinktraceSending,
@@ -37,29 +50,27 @@ void ClientImpl::HandleLinktraceTriggerError(vorx_t* /*handle*/, void* user,
   if (self.linktrace_handler == nullptr) {
     return;
   }
-  const Received<client_server::OpLinktraceTriggerError> message(self.kept_messages, data, length);
-  self.linktrace_handler->OnLinktraceTriggerError(core::LinktraceError(*message));
+  self.linktrace_handler->OnLinktraceTriggerError(
+      core::LinktraceError(Receive<client_server::OpLinktraceTriggerError>(data, length)));
 }
 
 // Fatal if not whole; logged, then both handlers.
 void ClientImpl::HandleMepLinktraceStarted(vorx_t* /*handle*/, void* user, void* data,
                                            unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpLinktraceStarted> message(self.kept_messages, data, length);
-  if (!message.IsWhole()) {
-    RaiseFault(fault_point::kLinktraceStarted);
-  }
-  const st_mac target = core::MacFromBytes(message->mac_address());
-  Log<log_point::kLinktraceStarted>(self.log_category, message->transaction_id(),
-                                    message->md_name().c_str(), message->ma_name().c_str(),
-                                    message->mep_id(), core::MacText(target).data(),
-                                    message->remote_mep_id());
+  const auto message =
+      ReceiveWhole<client_server::OpLinktraceStarted, fault_point::kLinktraceStarted>(data, length);
+  const st_mac target = core::MacFromBytes(message.mac_address());
+  Log<log_point::kLinktraceStarted>(self.log_category, message.transaction_id(),
+                                    message.md_name().c_str(), message.ma_name().c_str(),
+                                    message.mep_id(), core::MacText(target).data(),
+                                    message.remote_mep_id());
   const auto call = [&](auto* handler) {
     if (handler != nullptr) {
-      handler->OnMepLinktraceStarted(message->md_name(), message->ma_name(),
-                                     Low16(message->mep_id()), message->transaction_id(), target,
-                                     Low16(message->remote_mep_id()), message->has_started_value(),
-                                     message->started_value());
+      handler->OnMepLinktraceStarted(message.md_name(), message.ma_name(), Low16(message.mep_id()),
+                                     message.transaction_id(), target,
+                                     Low16(message.remote_mep_id()), message.has_started_value(),
+                                     message.started_value());
     }
   };
   call(self.status_handler);
@@ -70,17 +81,15 @@ void ClientImpl::HandleMepLinktraceStarted(vorx_t* /*handle*/, void* user, void*
 void ClientImpl::HandleMepLinktraceEnded(vorx_t* /*handle*/, void* user, void* data,
                                          unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpLinktraceEnded> message(self.kept_messages, data, length);
-  if (!message.IsWhole()) {
-    RaiseFault(fault_point::kLinktraceEnded);
-  }
-  Log<log_point::kLinktraceEnded>(self.log_category, message->transaction_id(),
-                                  message->md_name().c_str(), message->ma_name().c_str(),
-                                  message->mep_id());
+  const auto message =
+      ReceiveWhole<client_server::OpLinktraceEnded, fault_point::kLinktraceEnded>(data, length);
+  Log<log_point::kLinktraceEnded>(self.log_category, message.transaction_id(),
+                                  message.md_name().c_str(), message.ma_name().c_str(),
+                                  message.mep_id());
   const auto call = [&](auto* handler) {
     if (handler != nullptr) {
-      handler->OnMepLinktraceEnded(message->md_name(), message->ma_name(), Low16(message->mep_id()),
-                                   message->transaction_id());
+      handler->OnMepLinktraceEnded(message.md_name(), message.ma_name(), Low16(message.mep_id()),
+                                   message.transaction_id());
     }
   };
   call(self.status_handler);
@@ -91,20 +100,18 @@ void ClientImpl::HandleMepLinktraceEnded(vorx_t* /*handle*/, void* user, void* d
 void ClientImpl::HandleMepLinktraceReplyRx(vorx_t* /*handle*/, void* user, void* data,
                                            unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpLinktraceReplyRx> message(self.kept_messages, data, length);
-  if (!message.IsWhole()) {
-    RaiseFault(fault_point::kLinktraceReply);
-  }
-  const std::shared_ptr<LinktraceReplyEntry> entry = core::LinktraceReply(message->reply());
+  const auto message =
+      ReceiveWhole<client_server::OpLinktraceReplyRx, fault_point::kLinktraceReply>(data, length);
+  const std::shared_ptr<LinktraceReplyEntry> entry = core::LinktraceReply(message.reply());
   if (LogEnabled(self.log_category, kDumpLevel)) {
-    Log<log_point::kLinktraceReply>(self.log_category, message->md_name().c_str(),
-                                    message->ma_name().c_str(), message->mep_id(),
+    Log<log_point::kLinktraceReply>(self.log_category, message.md_name().c_str(),
+                                    message.ma_name().c_str(), message.mep_id(),
                                     LinktraceReplyEntry::Show(*entry, 0).c_str());
   }
   const auto call = [&](auto* handler) {
     if (handler != nullptr) {
-      handler->OnMepLinktraceReplyRx(message->md_name(), message->ma_name(),
-                                     Low16(message->mep_id()), *entry);
+      handler->OnMepLinktraceReplyRx(message.md_name(), message.ma_name(), Low16(message.mep_id()),
+                                     *entry);
     }
   };
   call(self.status_handler);

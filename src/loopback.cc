@@ -27,50 +27,50 @@ void ClientImpl::HandleLoopbackTriggerError(vorx_t* /*handle*/, void* user,
                                             const vorx_pid_t* /*sender*/, void* data,
                                             unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpLoopbackTriggerError> message(self.kept_messages, data, length);
-  Log<log_point::kLoopbackTriggerError>(self.log_category, message->error_code());
+  const auto message = Receive<client_server::OpLoopbackTriggerError>(data, length);
+  Log<log_point::kLoopbackTriggerError>(self.log_category, message.error_code());
   if (self.loopback_handler != nullptr) {
     self.loopback_handler->OnLoopbackTriggerError(
-        message->request_id(), message->error_code(), message->md_name(), message->ma_name(),
-        Low16(message->mep_id()), Low16(message->remote_mep_id()));
+        message.request_id(), message.error_code(), message.md_name(), message.ma_name(),
+        Low16(message.mep_id()), Low16(message.remote_mep_id()));
   }
 }
 
 void ClientImpl::HandleLoopbackStarted(vorx_t* /*handle*/, void* user, void* data,
                                        unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpLoopbackStarted> message(self.kept_messages, data, length);
-  const st_mac target = core::MacFromBytes(message->mac_address());
+  const auto message = Receive<client_server::OpLoopbackStarted>(data, length);
+  const st_mac target = core::MacFromBytes(message.mac_address());
   Log<log_point::kLoopbackStarted>(self.log_category, core::MacText(target).data());
   if (self.loopback_handler != nullptr) {
-    self.loopback_handler->OnLoopbackStarted(message->request_id(), target);
+    self.loopback_handler->OnLoopbackStarted(message.request_id(), target);
   }
 }
 
 void ClientImpl::HandleLoopbackReplyRx(vorx_t* /*handle*/, void* user, void* data,
                                        unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpLoopbackReplyRx> message(self.kept_messages, data, length);
-  const st_mac mac = core::MacFromBytes(message->mac_address());
-  Log<log_point::kLoopbackReply>(self.log_category, message->transaction_id(),
+  const auto message = Receive<client_server::OpLoopbackReplyRx>(data, length);
+  const st_mac mac = core::MacFromBytes(message.mac_address());
+  Log<log_point::kLoopbackReply>(self.log_category, message.transaction_id(),
                                  core::MacText(mac).data());
   if (self.loopback_handler != nullptr) {
-    self.loopback_handler->OnLoopbackReplyRx(message->request_id(), message->transaction_id(), mac);
+    self.loopback_handler->OnLoopbackReplyRx(message.request_id(), message.transaction_id(), mac);
   }
 }
 
 void ClientImpl::HandleLoopbackEnded(vorx_t* /*handle*/, void* user, void* data, unsigned length) {
   auto& self = *static_cast<ClientImpl*>(user);
-  const Received<client_server::OpLoopbackEnded> message(self.kept_messages, data, length);
+  const auto message = Receive<client_server::OpLoopbackEnded>(data, length);
   Log<log_point::kLoopbackEnded>(self.log_category,
-                                 static_cast<unsigned long long>(message->expected_replies()),
-                                 static_cast<unsigned long long>(message->in_order_replies()),
-                                 static_cast<unsigned long long>(message->out_of_order_replies()),
-                                 static_cast<unsigned long long>(message->wrong_payload_replies()));
+                                 static_cast<unsigned long long>(message.expected_replies()),
+                                 static_cast<unsigned long long>(message.in_order_replies()),
+                                 static_cast<unsigned long long>(message.out_of_order_replies()),
+                                 static_cast<unsigned long long>(message.wrong_payload_replies()));
   if (self.loopback_handler != nullptr) {
     self.loopback_handler->OnLoopbackEnded(
-        message->request_id(), message->expected_replies(), message->in_order_replies(),
-        message->out_of_order_replies(), message->wrong_payload_replies());
+        message.request_id(), message.expected_replies(), message.in_order_replies(),
+        message.out_of_order_replies(), message.wrong_payload_replies());
   }
 }
 

@@ -46,7 +46,7 @@ void ClientImpl::ReqStatsReply(vorx_t* /*handle*/, void* user, const vorx_pid_t*
   if (self.statistics_handler == nullptr) {
     return;
   }
-  const auto message = ReceiveLists<client_server::OpReplyAllStats>(data, length);
+  const auto message = Receive<client_server::OpReplyAllStats>(data, length);
   for (const auto& entry : message.local_mep_stats()) {
     local_mep_stats stats;
     stats.ccm_rx_seq_errors = entry.ccm_rx_seq_errors();

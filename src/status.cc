@@ -20,19 +20,18 @@ void ClientImpl::HandleStatusLocalMep(vorx_t* /*handle*/, void* user, void* data
   if (self.status_handler == nullptr) {
     return;
   }
-  const Received<client_server::StatusLocalMaintenanceEndpoint> message(self.kept_messages, data,
-                                                                        length);
-  const local_mep_status status = core::LocalMepStatus(*message);
+  const auto message = Receive<client_server::StatusLocalMaintenanceEndpoint>(data, length);
+  const local_mep_status status = core::LocalMepStatus(message);
   const auto& mac = status.mac.octets;
   Log<log_point::kStatusLocalMep>(
-      self.log_category, message->md_name().c_str(), message->ma_name().c_str(), message->mep_id(),
-      mac[0], mac[1], mac[2], mac[3], mac[4], mac[5], message->rdi(), message->port_state(),
-      message->intf_status(), message->block_state(), message->shutdown_state(),
-      message->highest_defect_priority(), message->defect_mac_status(),
-      message->defect_remote_ccm(), message->defect_error_ccm(), message->defect_xcon_ccm(),
-      message->defect_rdi(), message->defect_ais());
-  self.status_handler->OnStatusLocalMep(message->md_name(), message->ma_name(),
-                                        Low16(message->mep_id()), status);
+      self.log_category, message.md_name().c_str(), message.ma_name().c_str(), message.mep_id(),
+      mac[0], mac[1], mac[2], mac[3], mac[4], mac[5], message.rdi(), message.port_state(),
+      message.intf_status(), message.block_state(), message.shutdown_state(),
+      message.highest_defect_priority(), message.defect_mac_status(), message.defect_remote_ccm(),
+      message.defect_error_ccm(), message.defect_xcon_ccm(), message.defect_rdi(),
+      message.defect_ais());
+  self.status_handler->OnStatusLocalMep(message.md_name(), message.ma_name(),
+                                        Low16(message.mep_id()), status);
 }
 
 void ClientImpl::HandleStatusRemoteMep(vorx_t* /*handle*/, void* user, void* data,
@@ -41,17 +40,16 @@ void ClientImpl::HandleStatusRemoteMep(vorx_t* /*handle*/, void* user, void* dat
   if (self.status_handler == nullptr) {
     return;
   }
-  const Received<client_server::StatusRemoteMaintenanceEndpoint> message(self.kept_messages, data,
-                                                                         length);
-  const remote_mep_status status = core::RemoteMepStatus(*message);
+  const auto message = Receive<client_server::StatusRemoteMaintenanceEndpoint>(data, length);
+  const remote_mep_status status = core::RemoteMepStatus(message);
   const auto& mac = status.mac.octets;
   Log<log_point::kStatusRemoteMep>(
-      self.log_category, message->md_name().c_str(), message->ma_name().c_str(), message->mep_id(),
-      message->remote_mep_id(), mac[0], mac[1], mac[2], mac[3], mac[4], mac[5],
-      message->fsm_state(), message->rdi(), message->port_state(), message->intf_status(),
-      message->sender_id().c_str(), static_cast<unsigned long long>(message->last_change_uptime()));
-  self.status_handler->OnStatusRemoteMep(message->md_name(), message->ma_name(),
-                                         Low16(message->mep_id()), Low16(message->remote_mep_id()),
+      self.log_category, message.md_name().c_str(), message.ma_name().c_str(), message.mep_id(),
+      message.remote_mep_id(), mac[0], mac[1], mac[2], mac[3], mac[4], mac[5], message.fsm_state(),
+      message.rdi(), message.port_state(), message.intf_status(), message.sender_id().c_str(),
+      static_cast<unsigned long long>(message.last_change_uptime()));
+  self.status_handler->OnStatusRemoteMep(message.md_name(), message.ma_name(),
+                                         Low16(message.mep_id()), Low16(message.remote_mep_id()),
                                          status);
 }
 
@@ -61,12 +59,11 @@ void ClientImpl::HandleRemovedLocalMep(vorx_t* /*handle*/, void* user, void* dat
   if (self.status_handler == nullptr) {
     return;
   }
-  const Received<client_server::RemovedLocalMaintenanceEndpoint> message(self.kept_messages, data,
-                                                                         length);
-  Log<log_point::kRemovedLocalMep>(self.log_category, message->md_name().c_str(),
-                                   message->ma_name().c_str(), message->mep_id());
-  self.status_handler->OnRemovedLocalMep(message->md_name(), message->ma_name(),
-                                         Low16(message->mep_id()));
+  const auto message = Receive<client_server::RemovedLocalMaintenanceEndpoint>(data, length);
+  Log<log_point::kRemovedLocalMep>(self.log_category, message.md_name().c_str(),
+                                   message.ma_name().c_str(), message.mep_id());
+  self.status_handler->OnRemovedLocalMep(message.md_name(), message.ma_name(),
+                                         Low16(message.mep_id()));
 }
 
 void ClientImpl::HandleRemovedRemoteMep(vorx_t* /*handle*/, void* user, void* data,
@@ -75,14 +72,12 @@ void ClientImpl::HandleRemovedRemoteMep(vorx_t* /*handle*/, void* user, void* da
   if (self.status_handler == nullptr) {
     return;
   }
-  const Received<client_server::RemovedRemoteMaintenanceEndpoint> message(self.kept_messages, data,
-                                                                          length);
-  Log<log_point::kRemovedRemoteMep>(self.log_category, message->md_name().c_str(),
-                                    message->ma_name().c_str(), message->mep_id(),
-                                    message->remote_mep_id());
-  self.status_handler->OnRemovedRemoteMep(message->md_name(), message->ma_name(),
-                                          Low16(message->mep_id()),
-                                          Low16(message->remote_mep_id()));
+  const auto message = Receive<client_server::RemovedRemoteMaintenanceEndpoint>(data, length);
+  Log<log_point::kRemovedRemoteMep>(self.log_category, message.md_name().c_str(),
+                                    message.ma_name().c_str(), message.mep_id(),
+                                    message.remote_mep_id());
+  self.status_handler->OnRemovedRemoteMep(message.md_name(), message.ma_name(),
+                                          Low16(message.mep_id()), Low16(message.remote_mep_id()));
 }
 
 }  // namespace cfm

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "core/linktrace_records.h"
 
+#include <utility>
+
 #include "core/mac.h"
 #include "core/numbers.h"
 
@@ -38,10 +40,10 @@ std::unique_ptr<LtrReplyPort> ReplyPort(const client_server::LtrReplyEgressIngre
 
 }  // namespace
 
-linktrace_trigger_error LinktraceError(const client_server::OpLinktraceTriggerError& message) {
-  const client_server::OpLinktraceTriggerKey& key = message.key();
-  return {key.request_id(),           key.md_name(),       key.ma_name(), Low16(key.mep_id()),
-          Low16(key.remote_mep_id()), message.error_code()};
+linktrace_trigger_error LinktraceError(client_server::OpLinktraceTriggerError&& message) {
+  client_server::OpLinktraceTriggerKey& key = *message.mutable_key();
+  return {key.request_id(),    std::move(*key.mutable_md_name()), std::move(*key.mutable_ma_name()),
+          Low16(key.mep_id()), Low16(key.remote_mep_id()),        message.error_code()};
 }
 
 std::shared_ptr<LinktraceReplyEntry> LinktraceReply(const client_server::LinktraceReply& message) {

@@ -10,7 +10,8 @@
 
 namespace cfm::core {
 
-linktrace_trigger_error LinktraceError(const client_server::OpLinktraceTriggerError& message);
+/// Takes the names out of the message.
+linktrace_trigger_error LinktraceError(client_server::OpLinktraceTriggerError&& message);
 
 /// Internal VLAN and priority are taken only if the server sent the VLAN; a port only if it sent
 /// that.
