@@ -146,7 +146,11 @@ int vorx::RequestName() {
   std::uint32_t answer = 0;
   if (result < 0 || sd_bus_message_get_error(reply.get()) != nullptr ||
       sd_bus_message_read(reply.get(), "u", &answer) <= 0) {
-    last_error_ = "the bus does not give out the name " + name;
+    const bool is_refused =
+        reply != nullptr && sd_bus_error_has_name(sd_bus_message_get_error(reply.get()),
+                                                  SD_BUS_ERROR_ACCESS_DENIED) != 0;
+    last_error_ = "the bus does not give out the name " + name +
+                  (is_refused ? ": its policy does not allow this user to have it" : "");
     return result < 0 ? result : -EPERM;
   }
   if (answer != kNameIsOurs) {

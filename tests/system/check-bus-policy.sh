@@ -105,7 +105,8 @@ for user in "$outsider" "$client_user" root; do
   status=0
   as "$user" timeout 10 "$prefix/bin/cfm-mgr" --bus "$bus" >"$scratch/$user.said" 2>&1 || status=$?
   [ "$status" -eq 1 ] || fail "user $user: the server ended with status $status, expected 1"
-  grep -q 'does not give out the name vorx.cfm-mgr' "$scratch/$user.said" ||
+  grep -q 'does not give out the name vorx.cfm-mgr: its policy does not allow this user' \
+    "$scratch/$user.said" ||
     fail "user $user was refused for another reason"
 done
 
