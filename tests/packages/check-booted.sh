@@ -64,3 +64,15 @@ for unit in cfm-mgr cfm-agent; do
     fail "$unit does not end as it should"
 done
 echo "an edit was followed, and both ended when they were told to"
+
+# What installed the packages before kept everything from starting. Users and groups outlive a package,
+# and would be there already.
+rm -f /usr/sbin/policy-rc.d
+dpkg --purge cfm-agent cfm-mgr
+userdel cfm-mgr
+groupdel cfm
+dpkg --install /packages/cfm-mgr_*.deb /packages/cfm-agent_*.deb
+{ is_active cfm-mgr && [ "$(property cfm-mgr NRestarts)" -eq 0 ]; } ||
+  fail "the server does not start at once when it is installed"
+! is_active cfm-agent || fail "the agent starts when it is installed"
+echo "installed into the running system, the server started at once"
