@@ -26,6 +26,19 @@ class CcmSending : public testing::Test {
     return ccm ? *ccm : pdu::Ccm{};
   }
 
+  /** Lets an endpoint send each 10 ms for a while, and forgets what it sent but when it did last.
+   */
+  Time LastOfCcmsEachTenMilliseconds() {
+    bridge_.SetPort(1);
+    Association association = WithMep(SampleAssociation(), 1, SampleMep());
+    association.settings.ccm_interval = 2;
+    Configure(association);
+    network_.Run(milliseconds(100));
+    const Time last = bridge_.sent.back().time;
+    bridge_.sent.clear();
+    return last;
+  }
+
   VirtualNetwork network_;
   Bridge& bridge_ = network_.AddBridge();
 };
@@ -199,13 +212,7 @@ TEST_F(CcmSending, IsCounted) {
 }
 
 TEST_F(CcmSending, MakesNoBurstWhenItsOwnerWasBusy) {
-  bridge_.SetPort(1);
-  Association association = WithMep(SampleAssociation(), 1, SampleMep());
-  association.settings.ccm_interval = 2;
-  Configure(association);
-  network_.Run(milliseconds(100));
-  const Time last = bridge_.sent.back().time;
-  bridge_.sent.clear();
+  const Time last = LastOfCcmsEachTenMilliseconds();
   bridge_.engine().Advance(network_.now() + milliseconds(95));
   EXPECT_EQ(1U, bridge_.sent.size());
   const Time next = *bridge_.engine().NextDeadline();
@@ -214,13 +221,7 @@ TEST_F(CcmSending, MakesNoBurstWhenItsOwnerWasBusy) {
 }
 
 TEST_F(CcmSending, MakesNoBurstWhileItsOwnerCatchesUp) {
-  bridge_.SetPort(1);
-  Association association = WithMep(SampleAssociation(), 1, SampleMep());
-  association.settings.ccm_interval = 2;
-  Configure(association);
-  network_.Run(milliseconds(100));
-  const Time last = bridge_.sent.back().time;
-  bridge_.sent.clear();
+  const Time last = LastOfCcmsEachTenMilliseconds();
   // The owner goes from frame to frame that has come in while it was held up for 95 ms.
   const Time present = network_.now() + milliseconds(95);
   for (const int at : {20, 40, 60, 80, 95}) {

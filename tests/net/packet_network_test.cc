@@ -31,6 +31,18 @@ bool RunFor(const std::vector<Node*>& nodes, Time time) {
   return RunUntil(nodes, [end] { return MonotonicNow() >= end; });
 }
 
+/** Measures the delay to endpoint 2; the result ends up in the node's notifications. */
+void StartDelayMeasurement(Node& node, std::uint32_t count, std::uint32_t interval_ms) {
+  engine::DelayRequest request;
+  request.mep = SampleMep(1);
+  request.remote_mep_id = 2;
+  request.count = count;
+  request.interval_ms = interval_ms;
+  const Time now = MonotonicNow();
+  node.network.Advance(now);
+  EXPECT_FALSE(node.network.engine().StartDelayMeasurement(now, request).error);
+}
+
 class PacketNetworkTest : public WireTest {};
 
 TEST_F(PacketNetworkTest, TwoEndsSeeEachOtherAndACutBetweenThem) {
@@ -82,14 +94,7 @@ TEST_F(PacketNetworkTest, MeasuresADelayThatIsNotNegativeAndSmall) {
   far.AddMep(2, "v1");
   const std::vector<Node*> both = {&near, &far};
   ASSERT_TRUE(RunUntil(both, [&] { return near.StateOf(1, 2) == kOk; }));
-  engine::DelayRequest request;
-  request.mep = SampleMep(1);
-  request.remote_mep_id = 2;
-  request.count = 10;
-  request.interval_ms = 20;
-  const Time now = MonotonicNow();
-  near.network.Advance(now);
-  ASSERT_FALSE(near.network.engine().StartDelayMeasurement(now, request).error);
+  StartDelayMeasurement(near, 10, 20);
   ASSERT_TRUE(RunUntil(both, [&] { return !near.notifications.delay_results.empty(); }));
   const auto& result = near.notifications.delay_results[0];
   EXPECT_EQ(result.sent, 10U);
@@ -105,14 +110,7 @@ TEST_F(PacketNetworkTest, StampsADmmThatWasDueWhileItWasHeldUpWhenItSendsIt) {
   far.AddMep(2, "v1", kDown, kTenMilliseconds);
   const std::vector<Node*> both = {&near, &far};
   ASSERT_TRUE(RunUntil(both, [&] { return near.StateOf(1, 2) == kOk; }));
-  engine::DelayRequest request;
-  request.mep = SampleMep(1);
-  request.remote_mep_id = 2;
-  request.count = 2;
-  request.interval_ms = 50;
-  const Time now = MonotonicNow();
-  near.network.Advance(now);
-  ASSERT_FALSE(near.network.engine().StartDelayMeasurement(now, request).error);
+  StartDelayMeasurement(near, 2, 50);
   // CCMs come in meanwhile, so that there are moments to catch up with.
   ASSERT_TRUE(RunFor({&far}, milliseconds(400)));
   ASSERT_TRUE(RunUntil(both, [&] { return !near.notifications.delay_results.empty(); }));
