@@ -110,13 +110,6 @@ TEST_P(EveryReport, IsLeftAsItIsByAnotherOneThatComesMeanwhile) {
   EXPECT_EQ(host.Take(), both);
 }
 
-// The cache reply is the one that calls no handler.
-std::vector<Report> ReportsForHandlers() {
-  std::vector<Report> reports = AllReports();
-  reports.erase(reports.begin());
-  return reports;
-}
-
 INSTANTIATE_TEST_SUITE_P(Reports, EveryReport, testing::ValuesIn(ReportsForHandlers()),
                          [](const auto& report) { return report.param.name; });
 

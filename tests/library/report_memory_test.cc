@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the library holds of a report once its callback has returned: nothing.
-#include <cfm/identifiers.h>
-
 #include <new>
-#include <set>
 
 #include "failing_allocator.h"
 #include "failure_configurations.h"
@@ -21,16 +18,6 @@ class ReportMemory : public testing::Test {
   World world{ClientState::InStep(FirstConfiguration(), FirstProbes())};
 };
 
-std::vector<Report> AllReportsBut(const std::set<std::string>& others) {
-  std::vector<Report> reports;
-  for (const Report& report : AllReports()) {
-    if (others.count(report.name) == 0) {
-      reports.push_back(report);
-    }
-  }
-  return reports;
-}
-
 const auto kName = [](const auto& report) { return report.param.name; };
 
 class HeldReport : public ReportMemory, public testing::WithParamInterface<Report> {};
@@ -42,9 +29,7 @@ TEST_P(HeldReport, IsReleasedWhenItsCallbackReturns) {
   EXPECT_EQ(HeldByLibrary().bytes, held.bytes);
 }
 
-// The cache reply changes what the client knows.
-INSTANTIATE_TEST_SUITE_P(Reports, HeldReport, testing::ValuesIn(AllReportsBut({"CACHE_REPLY"})),
-                         kName);
+INSTANTIATE_TEST_SUITE_P(Reports, HeldReport, testing::ValuesIn(ReportsForHandlers()), kName);
 
 class UnreadReport : public ReportMemory, public testing::WithParamInterface<Report> {};
 
@@ -70,9 +55,7 @@ TEST_P(UnreadReport, LeavesNothingForTheNext) {
   }
 }
 
-// The cache reply changes what the client does next.
-INSTANTIATE_TEST_SUITE_P(Reports, UnreadReport, testing::ValuesIn(AllReportsBut({"CACHE_REPLY"})),
-                         kName);
+INSTANTIATE_TEST_SUITE_P(Reports, UnreadReport, testing::ValuesIn(ReportsForHandlers()), kName);
 
 }  // namespace
 }  // namespace cfm_test

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cfm/identifiers.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "sample_reports.h"
 
 namespace cfm_test {
@@ -47,6 +50,13 @@ const std::vector<Report>& AllReports() {
       Row(CFM_MGR_SRV_EVENT_DELAY_MEASUREMENT_ENDED, DelayEnded()),
       Row(CFM_MGR_SRV_EVENT_DELAY_MEASUREMENT_SESSION_ENDED, SessionEnded()),
   };
+  return reports;
+}
+
+std::vector<Report> ReportsForHandlers() {
+  std::vector<Report> reports;
+  std::copy_if(AllReports().begin(), AllReports().end(), std::back_inserter(reports),
+               [](const Report& report) { return report.name != "CACHE_REPLY"; });
   return reports;
 }
 

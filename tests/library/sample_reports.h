@@ -64,6 +64,9 @@ inline void PrintTo(const Report& report, std::ostream* out) { *out << report.na
 
 const std::vector<Report>& AllReports();
 
+/// All but the cache reply, which changes what the client knows and calls no handler.
+std::vector<Report> ReportsForHandlers();
+
 /// The three that have to be complete.
 bool IsLinktraceEvent(const Report& report);
 
